@@ -1,0 +1,56 @@
+# Two entry points for a fresh Debian 12 machine (run as root): `make demo` and `make test`.
+# Both install what is missing from Debian's packages, configure, build and run.
+
+PACKAGES := cmake ninja-build g++ pkg-config libsigc++-2.0-dev libxml++2.6-dev \
+            libgtest-dev libgmock-dev libbenchmark-dev
+JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
+BUILD    ?= build
+
+.PHONY: all deps configure build demo test test-asan test-tsan install clean
+
+all: build
+
+deps:
+	@missing=""; \
+	for p in $(PACKAGES); do \
+	    dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	    echo "Installing:$$missing"; \
+	    SUDO=""; [ "$$(id -u)" -ne 0 ] && SUDO=sudo; \
+	    $$SUDO apt-get update -q && DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -q --no-install-recommends $$missing; \
+	fi
+
+configure: deps
+	@[ -f $(BUILD)/build.ninja ] || cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+
+build: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+demo: build
+	./$(BUILD)/demo/zemtree-demo
+
+test: build
+	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
+
+# The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer.
+test-asan: deps
+	@[ -f build-asan/build.ninja ] || cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+	    -DZTR_SANITIZE=address -DZTR_BUILD_BENCH=OFF
+	cmake --build build-asan -j $(JOBS)
+	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+	    ctest --test-dir build-asan --output-on-failure -j $(JOBS)
+
+# The threaded tests under ThreadSanitizer.
+test-tsan: deps
+	@[ -f build-tsan/build.ninja ] || cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+	    -DZTR_SANITIZE=thread -DZTR_BUILD_BENCH=OFF
+	cmake --build build-tsan -j $(JOBS)
+	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
+	    ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R 'Queue|Thread|AutoResetEvent|Evaluat'
+
+install: build
+	cmake --install $(BUILD)
+
+clean:
+	rm -rf $(BUILD) build-asan build-tsan

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace ZemTree {
+
+// Reports :int64_t:the element's place in its parent, -1 when it has none.
+class IIndexedElement {
+public:
+    virtual ~IIndexedElement() = default;
+    virtual std getIndex() const = 0;
+};
+
+} // namespace ZemTree

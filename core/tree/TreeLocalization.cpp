@@ -1,0 +1,50 @@
+#include "core/tree/TreeLocalization.h"
+
+#include <cstring>
+
+namespace lng {
+
+int language = 0;
+
+namespace {
+
+struct Row {
+    const char* key;
+    const char* text[2];
+};
+
+const Row rows[] = {
+    {"error.ReadOnly", {"The collection is read-only", "Коллекция доступна только для чтения"}},
+    {"Units.zemolIn", {"Binary input", "Дискретный вход"}},
+    {"Units.zemolOut", {"Binary output", "Дискретный выход"}},
+    {"Units.zemolOutCollection", {"Binary outputs", "Дискретные выходы"}},
+    {"Units.analogOutputRedirect", {"Analog outputs", "Аналоговые выходы"}},
+    {"Properties.Measure", {"Measure", "Единица измерения"}},
+    {"normalOpenShort", {"NO", "НР"}},
+    {"normalClosedShort", {"NC", "НЗ"}},
+    {"InContactMode.Off", {"Off", "Откл"}},
+    {"InContactMode.NoLoad", {"No load", "Без нагрузки"}},
+    {"InContactMode.SC", {"Short circuit", "КЗ"}},
+    {"InContactMode.Pause", {"Pause", "Пауза"}},
+    {"InContactMode.RPO", {"RPO", "РПО"}},
+    {"InContactMode.RPV", {"RPV", "РПВ"}},
+    {"Hardware.binaryInputs", {"Binary inputs", "Дискретные входы"}},
+    {"Hardware.binaryOutputs", {"Binary outputs", "Дискретные выходы"}},
+    {"Hardware.analogOutputs", {"Analog outputs", "Аналоговые выходы"}},
+    {"Hardware.group", {"Group", "Группа"}},
+    {"Hardware.input", {"Input", "Вход"}},
+    {"Hardware.output", {"Output", "Выход"}},
+};
+
+} // namespace
+
+const char* Tree::get(const std::string& key)
+{
+    for (const Row& row : rows) {
+        if (key == row.key)
+            return row.text[language];
+    }
+    return key.c_str();
+}
+
+} // namespace lng
