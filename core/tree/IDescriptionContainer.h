@@ -9,7 +9,7 @@ namespace ZemTree {
 class IDescriptionContainer {
 public:
     virtual ~IDescriptionContainer() = default;
-    virtual std getDescription() const = 0;
+    virtual std::string getDescription() const = 0;
 };
 
 } // namespace ZemTree

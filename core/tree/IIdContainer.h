@@ -9,7 +9,7 @@ namespace ZemTree {
 class IIdContainer {
 public:
     virtual ~IIdContainer() = default;
-    virtual std getId() const = 0;
+    virtual std::string getId() const = 0;
 };
 
 } // namespace ZemTree

@@ -9,7 +9,7 @@ namespace ZemTree {
 class IIndexedElement {
 public:
     virtual ~IIndexedElement() = default;
-    virtual std getIndex() const = 0;
+    virtual std::int64_t getIndex() const = 0;
 };
 
 } // namespace ZemTree

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Installs the built library into a scratch prefix and builds and runs a small outside project against it,
+# once through find_package and once through pkg-config.
+set -euo pipefail
+build_dir=$1
+source_dir=$2
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+cmake --install "$build_dir" --prefix "$scratch/prefix" > /dev/null
+cmake -S "$source_dir/cmake/consumer" -B "$scratch/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/prefix" > /dev/null
+cmake --build "$scratch/consumer" > /dev/null
+LD_LIBRARY_PATH="$scratch/prefix/lib:$scratch/prefix/lib64:${LD_LIBRARY_PATH:-}" "$scratch/consumer/consumer"
+libdir=$(ls -d "$scratch"/prefix/lib*/pkgconfig | head -n 1)
+PKG_CONFIG_PATH="$libdir" c++ -std=c++17 "$source_dir/cmake/consumer/main.cpp" -o "$scratch/pc-consumer" \
+    $(PKG_CONFIG_PATH="$libdir" pkg-config --cflags --libs ZemTreeRelay)
+LD_LIBRARY_PATH="$(dirname "$libdir")" "$scratch/pc-consumer"

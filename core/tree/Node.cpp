@@ -1,0 +1,430 @@
+#include "core/tree/Node.h"
+
+#include "core/common/TypeHelper.h"
+#include "core/common/XmlInclude.h"
+#include "core/tree/LocalStringTypeConverter.h"
+#include "core/tree/NodeFactory.h"
+
+#include <algorithm>
+#include <exception>
+#include <stdexcept>
+#include <typeinfo>
+#include <utility>
+
+namespace ZemTree {
+
+namespace {
+
+const char* const idAttribute = "Id";
+const char* const classAttribute = "Class";
+const char* const descriptionElement = "Description";
+
+// The text by which messages name a node: its path when it has one, else its type.
+std::string nameForMessage(const Node& node)
+{
+    const std::string path = node.getHierarchicalId();
+    return path.empty() ? Zem::TypeHelper::getTypeName(typeid(node)) : path;
+}
+
+} // namespace
+
+const char* const Node::XmlElementName = "Node";
+
+Node::Node(const std::string& id, const LocalString& description) : _id(id), _description(description) {}
+
+Node::~Node() = default;
+
+Node* Node::getRoot()
+{
+    Node* node = this;
+    while (node->_parent != nullptr)
+        node = node->_parent;
+    return node;
+}
+
+const Node* Node::getRoot() const
+{
+    const Node* node = this;
+    while (node->_parent != nullptr)
+        node = node->_parent;
+    return node;
+}
+
+void Node::setDescription(const LocalString& description)
+{
+    if (_description == description)
+        return;
+    _description = description;
+    _signalDescriptionChanged.emit(this);
+}
+
+std::string Node::getHierarchicalId() const
+{
+    if (_parent == nullptr)
+        return _id;
+    return _parent->getHierarchicalId() + "/" + _id;
+}
+
+std::string Node::getHierarchicalDescription() const
+{
+    const std::string own = getDescription();
+    if (_parent == nullptr)
+        return own;
+    const std::string above = _parent->getHierarchicalDescription();
+    if (above.empty())
+        return own;
+    if (own.empty())
+        return above;
+    return above + " / " + own;
+}
+
+std::int64_t Node::getIndex() const
+{
+    if (_parent == nullptr)
+        return -1;
+    return _parent->getIndexOf(const_cast<Node*>(this));
+}
+
+Node* Node::findChild(const std::string& id) const
+{
+    for (Node* child : _items) {
+        if (child != nullptr && child->_id == id)
+            return child;
+    }
+    return nullptr;
+}
+
+bool Node::canContains(Node*)
+{
+    return true;
+}
+
+xmlpp::Element* Node::getXml(xmlpp::Element* parent, const SerializationMode& mode) const
+{
+    if (parent == nullptr)
+        return nullptr;
+    xmlpp::Element* own = parent->add_child(XmlElementName);
+    own->set_attribute(idAttribute, _id);
+    if (_isNeedClassNameSerialization(mode))
+        own->set_attribute(classAttribute, Zem::TypeHelper::getTypeName(typeid(*this)));
+    _getExtendedXml(own, mode);
+    _getDescriptorsXml(own, mode);
+    _getContentXml(own, mode);
+    return own;
+}
+
+void Node::setXml(xmlpp::Element* own, const SerializationMode& mode)
+{
+    if (own == nullptr) {
+        _onSerializationError("No element to read '" + nameForMessage(*this) + "' from", mode);
+        return;
+    }
+    if (const xmlpp::Attribute* id = own->get_attribute(idAttribute))
+        _id = id->get_value();
+    _setExtendedXml(own, mode);
+    _setDescriptorsXml(own, mode);
+    _setContentXml(own, mode);
+}
+
+void Node::getDisplayXml(DisplayXmlParameters& parameters, xmlpp::Element* parent) const
+{
+    xmlpp::Element* own = _getDisplayXmlCurrent(parameters, parent);
+    if (own != nullptr) {
+        const std::string dataType = _getDisplayXmlCurrentDataType();
+        if (!dataType.empty())
+            own->set_attribute("DataType", dataType);
+    }
+    xmlpp::Element* const target = own != nullptr ? own : parent;
+    if (target == nullptr)
+        return;
+    for (Node* child : _items) {
+        if (child != nullptr)
+            child->getDisplayXml(parameters, target);
+    }
+}
+
+void Node::_onAdded(Node*& item, std::size_t index)
+{
+    Zem::NotifyUniquePtrCollection<Node>::_onAdded(item, index);
+    item->_parent = this;
+    item->_setIsParentCollectionLocked(_isLocked);
+    item->_onParentChanged();
+}
+
+void Node::_onRemoved(Node*& item, std::size_t index)
+{
+    Zem::NotifyUniquePtrCollection<Node>::_onRemoved(item, index);
+    item->_parent = nullptr;
+    item->_setIsParentCollectionLocked(false);
+    item->_onParentChanged();
+}
+
+std::string Node::_getAddingItemError(Node*& item, std::size_t index)
+{
+    std::string error = Zem::NotifyUniquePtrCollection<Node>::_getAddingItemError(item, index);
+    if (!error.empty())
+        return error;
+    if (item == nullptr)
+        return "A node cannot take an empty child";
+    if (item->_parent != nullptr)
+        return "The node '" + nameForMessage(*item) + "' already has a parent";
+    for (const Node* node = this; node != nullptr; node = node->_parent) {
+        if (node == item)
+            return "The node '" + nameForMessage(*item) + "' cannot be added below itself";
+    }
+    if (!canContains(item)) {
+        return "The node '" + nameForMessage(*this) + "' cannot contain the node '" + item->_id + "' of type "
+               + Zem::TypeHelper::getTypeName(typeid(*item));
+    }
+    return std::string();
+}
+
+std::string Node::_getRemovingItemError(Node*& item, std::size_t index)
+{
+    return Zem::NotifyUniquePtrCollection<Node>::_getRemovingItemError(item, index);
+}
+
+void Node::_onCollectionChanged(Args& args)
+{
+    Zem::NotifyUniquePtrCollection<Node>::_onCollectionChanged(args);
+    _onContentCollectionChanged(args);
+    if (args.item != nullptr
+        && (args.action == Zem::NotifyCollectionChangedAction::Added
+            || args.action == Zem::NotifyCollectionChangedAction::Removed))
+        args.item->_emitHierarchicalPositionChanged(args);
+}
+
+void Node::_lockCollection()
+{
+    Zem::NotifyUniquePtrCollection<Node>::_lockCollection();
+    for (Node* child : _items) {
+        if (child != nullptr)
+            child->_setIsParentCollectionLocked(true);
+    }
+}
+
+void Node::_unlockCollection()
+{
+    Zem::NotifyUniquePtrCollection<Node>::_unlockCollection();
+    for (Node* child : _items) {
+        if (child != nullptr)
+            child->_setIsParentCollectionLocked(false);
+    }
+}
+
+void Node::_onContentCollectionChanged(Args&) {}
+
+bool Node::_isNeedClassNameSerialization(const SerializationMode&) const
+{
+    return !_isParentCollectionLocked && NodeFactory::isRegistered(Zem::TypeHelper::getTypeName(typeid(*this)));
+}
+
+void Node::_setIsParentCollectionLocked(bool isLocked)
+{
+    _isParentCollectionLocked = isLocked;
+}
+
+void Node::_onSystemLocked()
+{
+    // A copy: an override below may restructure its own children while it locks them.
+    const std::vector<Node*> children = _items;
+    for (Node* child : children) {
+        if (child != nullptr)
+            child->_onSystemLocked();
+    }
+}
+
+void Node::_setExtendedXml(xmlpp::Element*, const SerializationMode&) {}
+
+void Node::_setContentXml(xmlpp::Element* own, const SerializationMode& mode)
+{
+    // Each existing child answers to one element only, so that repeated keys in a file make new nodes
+    // instead of reading the same node twice.
+    std::vector<Node*> matched;
+    for (xmlpp::Node* child : own->get_children(XmlElementName)) {
+        if (auto* element = dynamic_cast<xmlpp::Element*>(child))
+            _readChildElement(element, mode, matched);
+    }
+}
+
+void Node::_setDescriptorsXml(xmlpp::Element* own, const SerializationMode& mode)
+{
+    if (isReadOnlyDescriptors())
+        return;
+    xmlpp::Element* const description = _getFirstChildElement(own, descriptionElement);
+    if (description == nullptr)
+        return;
+    try {
+        setDescription(LocalStringTypeConverter::fromXmlData(description, false));
+    }
+    catch (const std::exception& error) {
+        _onSerializationError("The description of '" + nameForMessage(*this) + "' cannot be read: " + error.what(),
+                              mode);
+    }
+}
+
+void Node::_getExtendedXml(xmlpp::Element*, const SerializationMode&) const {}
+
+void Node::_getContentXml(xmlpp::Element* own, const SerializationMode& mode) const
+{
+    for (const Node* child : _items) {
+        if (child != nullptr)
+            child->getXml(own, mode);
+    }
+}
+
+void Node::_getDescriptorsXml(xmlpp::Element* own, const SerializationMode&) const
+{
+    if (isReadOnlyDescriptors() || _description.empty())
+        return;
+    LocalStringTypeConverter::toXmlData(_description, own, descriptionElement);
+}
+
+std::unique_ptr<Node> Node::_createNodeFromXml(xmlpp::Element* element)
+{
+    const xmlpp::Attribute* const className = element->get_attribute(classAttribute);
+    if (className == nullptr)
+        return nullptr;
+    return NodeFactory::create(className->get_value());
+}
+
+xmlpp::Element* Node::_getDisplayXmlCurrent(DisplayXmlParameters&, xmlpp::Element* parent) const
+{
+    if (parent == nullptr)
+        return nullptr;
+    xmlpp::Element* own = parent->add_child(XmlElementName);
+    own->set_attribute(idAttribute, _id);
+    own->set_attribute(descriptionElement, getDescription());
+    return own;
+}
+
+void Node::_onSerializationError(const std::string& message, const SerializationMode& mode) const
+{
+    if (mode.problems == nullptr)
+        return;
+    try {
+        mode.problems->push_back(message);
+    }
+    catch (const std::bad_alloc&) {
+        // Out of memory while reporting: the problem is lost, the reading goes on.
+        return;
+    }
+}
+
+Node* Node::_addPropertyInner(std::unique_ptr<Node> property)
+{
+    const bool wasLocked = _isLocked;
+    _isLocked = false;
+    Node* added = nullptr;
+    try {
+        added = add(std::move(property));
+    }
+    catch (...) {
+        _isLocked = wasLocked;
+        throw;
+    }
+    _isLocked = wasLocked;
+    if (wasLocked)
+        added->_setIsParentCollectionLocked(true);
+    return added;
+}
+
+void Node::_lockContainer()
+{
+    _lockCollection();
+    _onSystemLocked();
+}
+
+void Node::_unlockContainer()
+{
+    _unlockCollection();
+}
+
+void Node::_lockChildContainer(Node* child)
+{
+    if (child != nullptr)
+        child->_lockContainer();
+}
+
+xmlpp::Element* Node::_getFirstChildElement(xmlpp::Element* parent, const std::string& name)
+{
+    if (parent == nullptr)
+        return nullptr;
+    for (xmlpp::Node* child : parent->get_children(name)) {
+        if (auto* element = dynamic_cast<xmlpp::Element*>(child))
+            return element;
+    }
+    return nullptr;
+}
+
+void Node::_emitHierarchicalPositionChanged(Args& args)
+{
+    _signalHierarchicalPositionChanged.emit(this, args);
+    // A copy: a slot may change the children while the signal travels down.
+    const std::vector<Node*> children = _items;
+    for (Node* child : children) {
+        if (child != nullptr)
+            child->_emitHierarchicalPositionChanged(args);
+    }
+}
+
+void Node::_readChildElement(xmlpp::Element* element, const SerializationMode& mode, std::vector<Node*>& matched)
+{
+    const xmlpp::Attribute* const idValue = element->get_attribute(idAttribute);
+    if (idValue == nullptr) {
+        _onSerializationError("A child of '" + nameForMessage(*this) + "' has no Id and is skipped", mode);
+        return;
+    }
+    const std::string id = idValue->get_value();
+
+    Node* child = nullptr;
+    for (Node* candidate : _items) {
+        if (candidate != nullptr && candidate->_id == id
+            && std::find(matched.begin(), matched.end(), candidate) == matched.end()) {
+            child = candidate;
+            break;
+        }
+    }
+
+    if (child == nullptr) {
+        std::unique_ptr<Node> created;
+        try {
+            created = _createNodeFromXml(element);
+        }
+        catch (const std::exception& error) {
+            _onSerializationError(
+                "The child '" + id + "' of '" + nameForMessage(*this) + "' cannot be created: " + error.what(), mode);
+            return;
+        }
+        if (!created) {
+            const xmlpp::Attribute* const className = element->get_attribute(classAttribute);
+            _onSerializationError(className == nullptr ? "The child '" + id + "' of '" + nameForMessage(*this)
+                                                             + "' is not in the tree and names no class; it is skipped"
+                                                       : "The child '" + id + "' of '" + nameForMessage(*this)
+                                                             + "' has the unknown class '"
+                                                             + std::string(className->get_value()) + "'; it is skipped",
+                                  mode);
+            return;
+        }
+        created->_id = id;
+        try {
+            child = add(std::move(created));
+        }
+        catch (const std::logic_error& error) {
+            _onSerializationError(
+                "The child '" + id + "' of '" + nameForMessage(*this) + "' is refused: " + error.what(), mode);
+            return;
+        }
+    }
+
+    matched.push_back(child);
+    try {
+        child->setXml(element, mode);
+    }
+    catch (const std::exception& error) {
+        _onSerializationError(
+            "The child '" + id + "' of '" + nameForMessage(*this) + "' is read only in part: " + error.what(), mode);
+    }
+}
+
+} // namespace ZemTree
