@@ -11,7 +11,8 @@ extern int language;
 class Tree {
 public:
     Tree() = delete;
-    // The text of `key` in the current language, or the characters of `key` itself when it is unknown.
+    // The text of `key` in the current language, or the characters of `key` itself when it is unknown: that
+    // result points into the argument, so a caller copies it before the key goes away.
     static const char* get(const std::string& key);
 };
 
