@@ -1,7 +1,7 @@
 # Two entry points for a fresh Debian 12 machine (run as root): `make demo` and `make test`.
 # Both install what is missing from Debian's packages, configure, build and run.
 
-PACKAGES := cmake ninja-build g++ pkg-config libsigc++-2.0-dev libxml++2.6-dev \
+PACKAGES := cmake ninja-build g++ pkg-config libsigc++-2.0-dev libxml++2.6-dev libcairomm-1.0-dev \
             libgtest-dev libgmock-dev libbenchmark-dev
 JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD    ?= build
