@@ -38,7 +38,7 @@ test-asan: deps
 	@[ -f build-asan/build.ninja ] || cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug \
 	    -DZTR_SANITIZE=address -DZTR_BUILD_BENCH=OFF
 	cmake --build build-asan -j $(JOBS)
-	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 LSAN_OPTIONS=suppressions=$(CURDIR)/cmake/lsan.supp \
 	    ctest --test-dir build-asan --output-on-failure -j $(JOBS)
 
 # The threaded tests under ThreadSanitizer.
