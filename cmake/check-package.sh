@@ -6,9 +6,9 @@ build_dir=$1
 source_dir=$2
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-cmake --install "$build_dir" --prefix "$scratch/prefix" > /dev/null
-cmake -S "$source_dir/cmake/consumer" -B "$scratch/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/prefix" > /dev/null
-cmake --build "$scratch/consumer" > /dev/null
+cmake --install "$build_dir" --prefix "$scratch/prefix" > "$scratch/install.log" || { cat "$scratch/install.log"; exit 1; }
+cmake -S "$source_dir/cmake/consumer" -B "$scratch/consumer" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/prefix" > "$scratch/configure.log" || { cat "$scratch/configure.log"; exit 1; }
+cmake --build "$scratch/consumer" > "$scratch/build.log" || { cat "$scratch/build.log"; exit 1; }
 LD_LIBRARY_PATH="$scratch/prefix/lib:$scratch/prefix/lib64:${LD_LIBRARY_PATH:-}" "$scratch/consumer/consumer"
 libdir=$(ls -d "$scratch"/prefix/lib*/pkgconfig | head -n 1)
 PKG_CONFIG_PATH="$libdir" c++ -std=c++17 "$source_dir/cmake/consumer/main.cpp" -o "$scratch/pc-consumer" \

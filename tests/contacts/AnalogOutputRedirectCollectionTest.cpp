@@ -1,0 +1,123 @@
+#include "contacts/AnalogOutputRedirectCollection.h"
+
+#include "ContactTestSupport.h"
+#include "core/tree/TreeLocalization.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using ContactTestSupport::readInto;
+using ContactTestSupport::StructureCounter;
+using ContactTestSupport::textOf;
+using ZemTree::AnalogOutputRedirectCollection;
+using ZemTree::AnalogOutputTarget;
+
+class LockableRedirectCollection : public AnalogOutputRedirectCollection {
+public:
+    void lock() { _lockCollection(); }
+};
+
+using Target = std::pair<int, std::string>;
+
+std::vector<Target> targetsOf(const AnalogOutputRedirectCollection& collection)
+{
+    std::vector<Target> targets;
+    for (const AnalogOutputTarget* target : collection)
+        targets.emplace_back(target->getNumber(), target->getPath());
+    return targets;
+}
+
+std::unique_ptr<AnalogOutputTarget> pathTarget(const std::string& path, int number)
+{
+    auto target = std::make_unique<AnalogOutputTarget>(path);
+    target->setNumber(number);
+    return target;
+}
+
+TEST(AnalogOutputRedirectCollectionTest, TextJoinsTheTargetsWithSemicolons)
+{
+    AnalogOutputRedirectCollection collection;
+    EXPECT_EQ("", textOf(collection));
+    collection.add(std::make_unique<AnalogOutputTarget>(2));
+    collection.add(pathTarget("Analog/Group 3", 5));
+    collection.add(std::make_unique<AnalogOutputTarget>(1));
+    EXPECT_EQ("2;Analog/Group 3;1", textOf(collection));
+}
+
+TEST(AnalogOutputRedirectCollectionTest, ReadingTable)
+{
+    const struct {
+        const char* text;
+        std::vector<Target> targets;
+    } rows[] = {
+        {"", {}},
+        {"2;Analog/Group 3;", {{2, ""}, {1, "Analog/Group 3"}, {1, ""}}},
+        {"12a", {{1, ""}}},
+        {";", {{1, ""}, {1, ""}}},
+        {"3;2 Group;x", {{3, ""}, {1, ""}, {1, "x"}}},
+        {"AnalogOutputs/Group 1|2", {{1, "AnalogOutputs/Group 1|2"}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::string("'") + row.text + "'");
+        AnalogOutputRedirectCollection collection;
+        collection.add(std::make_unique<AnalogOutputTarget>(8));
+        const auto state = readInto(collection, row.text);
+        EXPECT_FALSE(state.bad);
+        EXPECT_EQ(row.targets, targetsOf(collection));
+    }
+}
+
+TEST(AnalogOutputRedirectCollectionTest, CloneCopiesOnlyWhatTheTextHolds)
+{
+    AnalogOutputRedirectCollection original;
+    original.add(pathTarget("Analog/Group 3", 5));
+    original.add(pathTarget("3rd group", 4));
+    original.add(pathTarget("12", 7));
+    original.add(std::make_unique<AnalogOutputTarget>(2));
+    StructureCounter counter(original);
+
+    const std::shared_ptr<AnalogOutputRedirectCollection> copy = original.clone();
+    ASSERT_NE(nullptr, copy);
+    EXPECT_EQ((std::vector<Target>{{1, "Analog/Group 3"}, {1, ""}, {12, ""}, {2, ""}}), targetsOf(*copy));
+    copy->at(0)->setPath("Other");
+    copy->remove(copy->at(3));
+    EXPECT_EQ(0, counter.count);
+    EXPECT_EQ(4u, original.size());
+}
+
+TEST(AnalogOutputRedirectCollectionTest, LockedCollectionRefusesReading)
+{
+    LockableRedirectCollection collection;
+    collection.add(std::make_unique<AnalogOutputTarget>(3));
+    collection.lock();
+    try {
+        readInto(collection, "1;2");
+        ADD_FAILURE() << "no exception";
+    }
+    catch (const std::logic_error& error) {
+        EXPECT_STREQ(lng::Tree::get("error.ReadOnly"), error.what());
+    }
+    EXPECT_EQ((std::vector<Target>{{3, ""}}), targetsOf(collection));
+}
+
+TEST(AnalogOutputRedirectCollectionTest, StructureSignalForChangesInsideAndOfTheList)
+{
+    AnalogOutputRedirectCollection collection;
+    StructureCounter counter(collection);
+    AnalogOutputTarget* target = collection.add(std::make_unique<AnalogOutputTarget>(1));
+    target->setNumber(1);
+    EXPECT_EQ(1, counter.count);
+    target->setPath("AnalogOutputs/Group 2");
+    EXPECT_EQ(2, counter.count);
+    readInto(collection, "1;2;3");
+    EXPECT_EQ(6, counter.count);
+}
+
+} // namespace

@@ -1,0 +1,328 @@
+#include "core/formula/ValueFormula.h"
+
+#include "FormulaTestNodes.h"
+#include "core/tree/DataObj.h"
+#include "core/tree/ValueErrors.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+using FormulaTest::FormulaNode;
+using FormulaTest::ValueNode;
+using ZemTree::Node;
+using ZemTree::ValueFormula;
+
+// Root
+// ├── Settings
+// │   ├── Iset  (2)
+// │   └── Tset  (3)
+// └── Parameters
+//     └── Unit       the context of the formulas
+class ValueFormulaTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        root = std::make_unique<Node>("Root");
+        settings = root->add(std::make_unique<Node>("Settings"));
+        iset = settings->add(std::make_unique<ValueNode>("Iset", 2.0));
+        tset = settings->add(std::make_unique<ValueNode>("Tset", 3.0));
+        parameters = root->add(std::make_unique<Node>("Parameters"));
+        unit = parameters->add(std::make_unique<Node>("Unit"));
+    }
+
+    // Counts the emissions of a formula's signal and checks that the record is dropped by then.
+    void listen(ValueFormula& formula)
+    {
+        formula.getSignalValueOutChanged().connect([this] { ++changes; });
+    }
+
+    static double number(const ValueFormula& formula)
+    {
+        const auto& out = formula.getValueOut();
+        if (out.error != nullptr)
+            throw std::runtime_error(out.error->what());
+        return out.value->getNumber();
+    }
+
+    static std::string errorText(const ValueFormula& formula)
+    {
+        const auto& out = formula.getValueOut();
+        EXPECT_NE(out.value, nullptr);
+        return out.error == nullptr ? std::string() : out.error->what();
+    }
+
+    std::unique_ptr<Node> root;
+    Node* settings = nullptr;
+    ValueNode* iset = nullptr;
+    ValueNode* tset = nullptr;
+    Node* parameters = nullptr;
+    Node* unit = nullptr;
+    int changes = 0;
+};
+
+TEST_F(ValueFormulaTest, ReferencesAreRelativeToTheContext)
+{
+    ValueFormula formula(unit, "{../../Settings/Iset} * {../../Settings/Tset} + 1");
+    EXPECT_EQ(formula.getFormula(), "{../../Settings/Iset} * {../../Settings/Tset} + 1");
+    EXPECT_EQ(number(formula), 7.0);
+    EXPECT_EQ(formula.getTargets(), (std::vector<Node*>{iset, tset}));
+}
+
+TEST_F(ValueFormulaTest, EvaluatesOnceUntilSomethingChanges)
+{
+    ValueFormula formula(unit, "{../../Settings/Iset} + {../../Settings/Iset}");
+    EXPECT_EQ(iset->readCount, 0) << "reading is lazy";
+    EXPECT_EQ(number(formula), 4.0);
+    EXPECT_EQ(number(formula), 4.0);
+    EXPECT_EQ(iset->readCount, 1);
+
+    iset->setNumber(5.0);
+    EXPECT_EQ(number(formula), 10.0);
+    EXPECT_EQ(iset->readCount, 2);
+}
+
+TEST_F(ValueFormulaTest, AReferencedValueChangeRecalculatesAndSignals)
+{
+    ValueFormula formula(unit, "{../../Settings/Iset} * {../../Settings/Tset}");
+    EXPECT_EQ(number(formula), 6.0);
+    double seen = 0.0;
+    formula.getSignalValueOutChanged().connect([&] {
+        ++changes;
+        seen = number(formula);
+    });
+
+    iset->setNumber(4.0);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(seen, 12.0);
+    tset->setNumber(0.5);
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(seen, 2.0);
+
+    // An unrelated node's change is not the formula's business.
+    auto* other = settings->add(std::make_unique<ValueNode>("Other", 1.0));
+    other->setNumber(9.0);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(ValueFormulaTest, AReferenceAddedLaterResolvesAndSignals)
+{
+    ValueFormula formula(unit, "{../../Settings/Late} + 1");
+    listen(formula);
+    EXPECT_NE(errorText(formula).find("Unresolved reference '{../../Settings/Late}'"), std::string::npos);
+
+    auto* late = settings->add(std::make_unique<ValueNode>("Late", 5.0));
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(number(formula), 6.0);
+
+    // And from then on it follows the new node.
+    late->setNumber(1.0);
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(number(formula), 2.0);
+}
+
+TEST_F(ValueFormulaTest, AMissingBranchAddedLaterResolves)
+{
+    ValueFormula formula(unit, "{../../Limits/High/Value} * 2");
+    listen(formula);
+    EXPECT_NE(errorText(formula), "");
+
+    // The whole branch comes at once, already built.
+    auto limits = std::make_unique<Node>("Limits");
+    Node* high = limits->add(std::make_unique<Node>("High"));
+    high->add(std::make_unique<ValueNode>("Value", 21.0));
+    root->add(std::move(limits));
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(number(formula), 42.0);
+
+    // An unrelated sibling along the way changes nothing.
+    high->add(std::make_unique<Node>("Low"));
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(ValueFormulaTest, ARemovedReferenceBecomesAnErrorWithoutDangling)
+{
+    ValueFormula formula(unit, "{../../Settings/Iset} + 1");
+    listen(formula);
+    EXPECT_EQ(number(formula), 3.0);
+
+    settings->remove(iset); // deleted once the signals are through
+    iset = nullptr;
+    EXPECT_EQ(changes, 1);
+    EXPECT_NE(errorText(formula).find("Unresolved reference"), std::string::npos);
+    EXPECT_EQ(formula.getTargets(), (std::vector<Node*>{nullptr}));
+}
+
+TEST_F(ValueFormulaTest, AReleasedReferenceIsNoLongerFollowed)
+{
+    ValueFormula formula(unit, "{../../Settings/Iset}");
+    listen(formula);
+    std::unique_ptr<Node> released = settings->release(iset);
+    EXPECT_EQ(changes, 1);
+    static_cast<ValueNode*>(released.get())->setNumber(100.0);
+    EXPECT_EQ(changes, 1);
+    EXPECT_NE(errorText(formula), "");
+}
+
+TEST_F(ValueFormulaTest, RemovingABranchAboveTheTargetIsNoticed)
+{
+    ValueFormula formula(unit, "{../../Settings/Tset}");
+    listen(formula);
+    EXPECT_EQ(number(formula), 3.0);
+    root->remove(settings);
+    EXPECT_EQ(changes, 1);
+    EXPECT_NE(errorText(formula), "");
+}
+
+TEST_F(ValueFormulaTest, MovingTheContextRedirectsItsReferences)
+{
+    // Elsewhere
+    // └── Inner
+    //     └── (Unit goes here)
+    // with Elsewhere/Settings/Iset = 7.
+    Node* elsewhere = root->add(std::make_unique<Node>("Elsewhere"));
+    Node* inner = elsewhere->add(std::make_unique<Node>("Inner"));
+    Node* otherSettings = elsewhere->add(std::make_unique<Node>("Settings"));
+    otherSettings->add(std::make_unique<ValueNode>("Iset", 7.0));
+
+    ValueFormula formula(unit, "{../../Settings/Iset}");
+    listen(formula);
+    EXPECT_EQ(number(formula), 2.0);
+
+    std::unique_ptr<Node> moving = parameters->release(unit);
+    EXPECT_EQ(changes, 1);
+    EXPECT_NE(errorText(formula), "");
+    inner->add(std::move(moving));
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(number(formula), 7.0);
+}
+
+TEST_F(ValueFormulaTest, ANullContextLeavesReferencesUnresolved)
+{
+    ValueFormula plain(nullptr, "1 + 2");
+    EXPECT_EQ(number(plain), 3.0);
+    ValueFormula referencing(nullptr, "{Iset}");
+    EXPECT_NE(errorText(referencing).find("Unresolved reference '{Iset}'"), std::string::npos);
+}
+
+TEST_F(ValueFormulaTest, ErrorsStandBesideANumberZero)
+{
+    for (const std::string text : {"1 +", "{../../Settings} + 1", "sqrt(\"x\")", "{nowhere}"}) {
+        SCOPED_TRACE(text);
+        ValueFormula formula(unit, text);
+        const auto& out = formula.getValueOut();
+        ASSERT_NE(out.value, nullptr);
+        EXPECT_EQ(out.value->getNumber(), 0.0);
+        EXPECT_NE(dynamic_cast<const ZemTree::FormulaError*>(out.error.get()), nullptr);
+    }
+}
+
+TEST_F(ValueFormulaTest, ANodeWithoutValueIsNamedInTheError)
+{
+    ValueFormula formula(unit, "{../../Settings} + 1");
+    EXPECT_NE(errorText(formula).find("the node 'Settings' has no value"), std::string::npos);
+}
+
+TEST_F(ValueFormulaTest, AReferencedErrorIsHandedOn)
+{
+    ValueFormula formula(unit, "{../../Settings/Iset} * 2");
+    listen(formula);
+    iset->setError(ZemTree::DataConvertionError::getInstance());
+    EXPECT_EQ(changes, 1);
+    EXPECT_NE(errorText(formula).find(ZemTree::DataConvertionError::getInstance()->what()), std::string::npos);
+}
+
+TEST_F(ValueFormulaTest, ASingleReferenceGivesTheObjectItself)
+{
+    const auto gadget = std::make_shared<ZemTree::DataObj<FormulaTest::Gadget>>(FormulaTest::Gadget{7});
+    iset->setData(gadget);
+    ValueFormula formula(unit, "{../../Settings/Iset}");
+    const auto& out = formula.getValueOut();
+    ASSERT_EQ(out.error, nullptr);
+    ASSERT_TRUE(out.value->isObject());
+    EXPECT_EQ(out.value->getDataContainer(), gadget);
+
+    // Texts and numbers come as such.
+    iset->setData(std::make_shared<ZemTree::DataObj<std::string>>("text"));
+    EXPECT_EQ(formula.getValueOut().value->getText(), "text");
+}
+
+TEST_F(ValueFormulaTest, FormulasFollowFormulas)
+{
+    // Parameters/B = Iset * 2; Parameters/A = B + 1.
+    auto* b = parameters->add(std::make_unique<FormulaNode>("B", "{../../Settings/Iset} * 2"));
+    auto* a = parameters->add(std::make_unique<FormulaNode>("A", "{../B} + 1"));
+    int aChanges = 0;
+    a->getFormula().getSignalValueOutChanged().connect([&] { ++aChanges; });
+    EXPECT_EQ(number(a->getFormula()), 5.0);
+    iset->setNumber(10.0);
+    EXPECT_EQ(aChanges, 1);
+    EXPECT_EQ(number(a->getFormula()), 21.0);
+    EXPECT_EQ(number(b->getFormula()), 20.0);
+}
+
+TEST_F(ValueFormulaTest, ACycleIsAnErrorAndItsSignalsEnd)
+{
+    // A = B + Iset, B = A: each needs the other.
+    auto* a = parameters->add(std::make_unique<FormulaNode>("A", "{../B} + {../../Settings/Iset}"));
+    auto* b = parameters->add(std::make_unique<FormulaNode>("B", "{../A}"));
+    int aChanges = 0;
+    int bChanges = 0;
+    a->getFormula().getSignalValueOutChanged().connect([&] { ++aChanges; });
+    b->getFormula().getSignalValueOutChanged().connect([&] { ++bChanges; });
+
+    EXPECT_NE(errorText(a->getFormula()).find("Circular reference"), std::string::npos);
+    EXPECT_NE(errorText(b->getFormula()).find("Circular reference"), std::string::npos);
+
+    iset->setNumber(4.0);
+    EXPECT_EQ(aChanges, 1);
+    EXPECT_EQ(bChanges, 1);
+    EXPECT_NE(errorText(a->getFormula()), "");
+
+    // A self-reference as well.
+    auto* self = parameters->add(std::make_unique<FormulaNode>("Self", "{.} + 1"));
+    EXPECT_NE(errorText(self->getFormula()).find("Circular reference"), std::string::npos);
+}
+
+TEST_F(ValueFormulaTest, OutlivingItsTreeIsSafe)
+{
+    auto formula = std::make_unique<ValueFormula>(unit, "{../../Settings/Iset} + 1");
+    listen(*formula);
+    EXPECT_EQ(number(*formula), 3.0);
+    // The tree goes at once, from its root: no collection signal tells about it.
+    root.reset();
+    EXPECT_EQ(changes, 0);
+    EXPECT_NE(errorText(*formula).find("Unresolved reference"), std::string::npos);
+    formula.reset();
+}
+
+TEST_F(ValueFormulaTest, ASlotMayDestroyTheFormula)
+{
+    // A value that drops its evaluator when told, as a new formula text does.
+    auto byValue = std::make_unique<ValueFormula>(unit, "{../../Settings/Iset}");
+    byValue->getSignalValueOutChanged().connect([&] { byValue.reset(); });
+    iset->setNumber(1.0);
+    EXPECT_EQ(byValue, nullptr);
+
+    auto byTree = std::make_unique<ValueFormula>(unit, "{../../Settings/Late}");
+    byTree->getSignalValueOutChanged().connect([&] { byTree.reset(); });
+    settings->add(std::make_unique<ValueNode>("Late", 1.0));
+    EXPECT_EQ(byTree, nullptr);
+}
+
+TEST_F(ValueFormulaTest, DestroyingTheFormulaDisconnects)
+{
+    auto formula = std::make_unique<ValueFormula>(unit, "{../../Settings/Iset}");
+    listen(*formula);
+    formula.reset();
+    iset->setNumber(8.0);
+    settings->add(std::make_unique<Node>("New"));
+    EXPECT_EQ(changes, 0);
+    EXPECT_TRUE(iset->signalValueOutChanged.empty());
+    EXPECT_TRUE(settings->getSignalCollectionChanged().empty());
+}
+
+} // namespace

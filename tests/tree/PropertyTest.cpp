@@ -1,0 +1,184 @@
+#include "TreeTestNodes.h"
+#include "core/tree/BooleanProperty.h"
+#include "core/tree/MeasureProperty.h"
+#include "core/tree/Measures.h"
+#include "core/tree/NodeFactory.h"
+#include "core/tree/NumericProperty.h"
+#include "core/tree/StringProperty.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace ZemTree;
+using TreeTest::loadFromString;
+using TreeTest::saveToString;
+using TreeTest::TestGroup;
+
+namespace {
+
+SerializationMode makeMode(std::uint8_t kind, std::vector<std::string>* problems)
+{
+    SerializationMode mode;
+    mode.kind = kind;
+    mode.problems = problems;
+    return mode;
+}
+
+// A unit with one property of each kind, hung the way units hang them, under a locked structure.
+struct PropertyUnit {
+    explicit PropertyUnit(const std::string& text = "", bool flag = false, double number = 0.0,
+                          Measure* measure = nullptr)
+        : unit("Unit")
+    {
+        unit.lockContainer();
+        text_ = static_cast<StringProperty*>(unit.addPropertyInner(
+            std::make_unique<StringProperty>("ChannelType", LocalString("Channel type"), LocalString(), text, true)));
+        flag_ = static_cast<BooleanProperty*>(
+            unit.addPropertyInner(std::make_unique<BooleanProperty>("enableState", LocalString("On"), "", flag)));
+        number_ = static_cast<NumericProperty*>(
+            unit.addPropertyInner(std::make_unique<NumericProperty>("GroupCount", LocalString("Count"), "", number)));
+        measure_ = static_cast<MeasureProperty*>(
+            unit.addPropertyInner(std::make_unique<MeasureProperty>("Measure", LocalString("Measure"), "", measure)));
+    }
+
+    TestGroup unit;
+    StringProperty* text_;
+    BooleanProperty* flag_;
+    NumericProperty* number_;
+    MeasureProperty* measure_;
+};
+
+} // namespace
+
+TEST(PropertyTest, ValuesRoundTripWithTheirOwner)
+{
+    for (std::uint8_t kind : {SerializationMode::System, SerializationMode::User}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        std::vector<std::string> problems;
+        const SerializationMode mode = makeMode(kind, &problems);
+
+        const PropertyUnit original("hardware \"Binary\" <in>", true, 1.0 / 3.0, Measures::Ohm());
+        const std::string saved = saveToString(original.unit, mode);
+
+        PropertyUnit loaded;
+        loadFromString(loaded.unit, saved, mode);
+        EXPECT_TRUE(problems.empty()) << (problems.empty() ? "" : problems.front());
+        EXPECT_EQ(loaded.text_->getValue(), "hardware \"Binary\" <in>");
+        EXPECT_TRUE(loaded.flag_->getValue());
+        EXPECT_NEAR(loaded.number_->getValue(), 1.0 / 3.0, 1e-15);
+        EXPECT_EQ(loaded.measure_->getValue(), Measures::Ohm());
+        EXPECT_EQ(saveToString(loaded.unit, mode), saved);
+
+        // The unset values go back as well: a null measure, an empty text, false.
+        const PropertyUnit empty;
+        loadFromString(loaded.unit, saveToString(empty.unit, mode), mode);
+        EXPECT_EQ(loaded.text_->getValue(), "");
+        EXPECT_FALSE(loaded.flag_->getValue());
+        EXPECT_EQ(loaded.number_->getValue(), 0.0);
+        EXPECT_EQ(loaded.measure_->getValue(), nullptr);
+    }
+}
+
+TEST(PropertyTest, BadTextIsReportedAndLeavesTheValue)
+{
+    struct Row {
+        const char* id;
+        const char* text;
+    };
+    const Row rows[] = {{"enableState", "maybe"}, {"GroupCount", "2,5"}, {"GroupCount", ""}, {"Measure", "Parsec"}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(std::string(row.id) + " = '" + row.text + "'");
+        std::vector<std::string> problems;
+        const SerializationMode mode = makeMode(SerializationMode::User, &problems);
+        PropertyUnit loaded("kept", true, 4.0, Measures::Volt());
+        const std::string text = std::string("<Tree><Node Id=\"Unit\"><Node Id=\"") + row.id + "\" Value=\"" + row.text
+                                 + "\"/><Node Id=\"ChannelType\" Value=\"after\"/></Node></Tree>";
+        loadFromString(loaded.unit, text, mode);
+        ASSERT_EQ(problems.size(), 1u);
+        EXPECT_NE(problems.front().find(row.id), std::string::npos) << problems.front();
+        EXPECT_TRUE(loaded.flag_->getValue());
+        EXPECT_EQ(loaded.number_->getValue(), 4.0);
+        EXPECT_EQ(loaded.measure_->getValue(), Measures::Volt());
+        // Reading went on with the next property.
+        EXPECT_EQ(loaded.text_->getValue(), "after");
+    }
+}
+
+TEST(PropertyTest, SetterComparesFirstAndSignalsInOrder)
+{
+    PropertyUnit owner;
+    NumericProperty& number = *owner.number_;
+    std::vector<std::string> events;
+    number.getSignalValueOutChanged().connect([&] { events.push_back("out " + std::to_string(number.getValue())); });
+    number.getSignalValueChanged().connect([&] { events.push_back("value"); });
+
+    number.setValue(0.0);
+    EXPECT_TRUE(events.empty());
+    number.setData(2.0);
+    EXPECT_EQ(events, (std::vector<std::string>{"out 2.000000", "value"}));
+
+    const double quietNan = std::numeric_limits<double>::quiet_NaN();
+    number.setValue(quietNan);
+    number.setValue(quietNan);
+    EXPECT_EQ(events.size(), 4u);
+}
+
+TEST(PropertyTest, ReadsLikeAnyValueOut)
+{
+    const PropertyUnit owner("binaryOut", true, 2.5, Measures::Second());
+    const IValueOut* values[] = {owner.text_, owner.flag_, owner.number_, owner.measure_};
+    const char* texts[] = {"binaryOut", "true", "2.5", "Second"};
+    const std::type_info* types[] = {&typeid(std::string), &typeid(bool), &typeid(double), &typeid(Measure*)};
+    for (int i = 0; i < 4; ++i) {
+        SCOPED_TRACE(texts[i]);
+        EXPECT_EQ(values[i]->getError(), nullptr);
+        const std::shared_ptr<IDataContainer> object = values[i]->getValueObject();
+        ASSERT_NE(object, nullptr);
+        EXPECT_EQ(object->getType(), *types[i]);
+        std::string text;
+        EXPECT_TRUE(object->tryConvertToString(text));
+        EXPECT_EQ(text, texts[i]);
+    }
+    EXPECT_EQ(*static_cast<const double*>(owner.number_->getValueObject()->getData()), 2.5);
+    EXPECT_EQ(owner.measure_->getValueOut().error, nullptr);
+}
+
+TEST(PropertyTest, ReadOnlyTextIsNotEditableButSettable)
+{
+    const PropertyUnit owner;
+    EXPECT_TRUE(owner.text_->isReadOnly());
+    EXPECT_FALSE(owner.text_->getIsEditable().isEditable());
+    owner.text_->setData("hardwareBinaryInput");
+    EXPECT_EQ(owner.text_->getValue(), "hardwareBinaryInput");
+    EXPECT_TRUE(StringProperty("free").getIsEditable().isEditable());
+}
+
+TEST(PropertyTest, RegisteredTypesAreRebuiltFromAFile)
+{
+    std::vector<std::string> problems;
+    const SerializationMode mode = makeMode(SerializationMode::User, &problems);
+    TestGroup original("Section");
+    original.add(std::make_unique<StringProperty>("s", LocalString("S"), LocalString(), "text", false));
+    original.add(std::make_unique<BooleanProperty>("b", LocalString("B"), LocalString(), true));
+    original.add(std::make_unique<NumericProperty>("n", LocalString("N"), LocalString(), -7.5));
+    original.add(std::make_unique<MeasureProperty>("m", LocalString("M"), LocalString(), Measures::Hertz()));
+    const std::string saved = saveToString(original, mode);
+
+    TestGroup loaded("Section");
+    loadFromString(loaded, saved, mode);
+    EXPECT_TRUE(problems.empty()) << (problems.empty() ? "" : problems.front());
+    auto* text = dynamic_cast<StringProperty*>(loaded.findChild("s"));
+    auto* flag = dynamic_cast<BooleanProperty*>(loaded.findChild("b"));
+    auto* number = dynamic_cast<NumericProperty*>(loaded.findChild("n"));
+    auto* measure = dynamic_cast<MeasureProperty*>(loaded.findChild("m"));
+    ASSERT_TRUE(text && flag && number && measure);
+    EXPECT_EQ(text->getValue(), "text");
+    EXPECT_TRUE(flag->getValue());
+    EXPECT_EQ(number->getValue(), -7.5);
+    EXPECT_EQ(measure->getValue(), Measures::Hertz());
+    EXPECT_EQ(text->getDescription(), "S");
+    EXPECT_EQ(saveToString(loaded, mode), saved);
+}
