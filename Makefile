@@ -6,7 +6,7 @@ PACKAGES := cmake ninja-build g++ pkg-config libsigc++-2.0-dev libxml++2.6-dev l
 JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD    ?= build
 
-.PHONY: all deps configure build demo test test-asan test-tsan install clean
+.PHONY: all deps configure build demo test test-asan test-tsan fuzz fuzz-smoke install clean
 
 all: build
 
@@ -49,8 +49,30 @@ test-tsan: deps
 	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
 	    ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R 'Queue|Thread|AutoResetEvent|Evaluat'
 
+# libFuzzer targets of fuzz/, built with clang under ASan and UBSan.
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	@for p in clang libclang-rt-14-dev; do \
+	    dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then apt-get update -q && DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $$missing; fi
+	@[ -f build-fuzz/build.ninja ] || CC=clang CXX=clang++ cmake -S fuzz -B build-fuzz -G Ninja
+	cmake --build build-fuzz -j $(JOBS)
+
+# Each fuzz target for FUZZ_SECONDS seconds, starting from its seed corpus; findings land in build-fuzz/findings.
+fuzz-smoke: fuzz
+	@set -e; mkdir -p build-fuzz/findings; \
+	for target in build-fuzz/fuzz-*; do \
+	    name=$$(basename $$target); work=build-fuzz/corpus-$$name; mkdir -p $$work; \
+	    seeds=$$(ls -d fuzz/corpus/* | while read d; do case "$${name#fuzz-}" in "$$(basename $$d)"*|"$$(basename $$d | sed 's/s$$//')"*) echo $$d;; esac; done); \
+	    echo "== $$name ($(FUZZ_SECONDS) s) seeds: $$seeds"; \
+	    ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS=suppressions=$(CURDIR)/cmake/lsan.supp \
+	        $$target -max_total_time=$(FUZZ_SECONDS) -timeout=10 -rss_limit_mb=2048 \
+	        -artifact_prefix=build-fuzz/findings/$$name- $$work $$seeds; \
+	done
+
 install: build
 	cmake --install $(BUILD)
 
 clean:
-	rm -rf $(BUILD) build-asan build-tsan
+	rm -rf $(BUILD) build-asan build-tsan build-fuzz
