@@ -47,7 +47,7 @@ test-tsan: deps
 	    -DZTR_SANITIZE=thread -DZTR_BUILD_BENCH=OFF
 	cmake --build build-tsan -j $(JOBS)
 	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
-	    ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R 'Queue|Thread|AutoResetEvent|Evaluat'
+	    ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R 'Queue|Thread|AutoResetEvent|Evaluat|Device'
 
 # libFuzzer targets of fuzz/, built with clang under ASan and UBSan.
 FUZZ_SECONDS ?= 60

@@ -19,6 +19,13 @@ NodeTemplateActivatorCollection::NodeTemplateActivatorCollection() = default;
 
 NodeTemplateActivatorCollection::~NodeTemplateActivatorCollection() = default;
 
+NodeTemplateActivatorCollection& NodeTemplateActivatorCollection::instance()
+{
+    // Never destroyed: trees that are still alive at exit keep pointing into it.
+    static NodeTemplateActivatorCollection* const collection = new NodeTemplateActivatorCollection();
+    return *collection;
+}
+
 std::size_t NodeTemplateActivatorCollection::loadFolder(const std::string& folder)
 {
     std::error_code error;

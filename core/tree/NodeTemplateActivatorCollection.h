@@ -23,6 +23,10 @@ public:
     NodeTemplateActivatorCollection(const NodeTemplateActivatorCollection&) = delete;
     NodeTemplateActivatorCollection& operator=(const NodeTemplateActivatorCollection&) = delete;
 
+    // The program's own collection, the one containers look their templates up in. It lives until the program
+    // ends, so the activators that containers point to never go away before them.
+    static NodeTemplateActivatorCollection& instance();
+
     // Adds every regular "*.xml" file directly in `folder`, named after the file without extension. Names the
     // collection already has are skipped. Returns how many were added; a missing folder adds none.
     std::size_t loadFolder(const std::string& folder);

@@ -5,6 +5,8 @@
 #include "core/common/StringHelper.h"
 #include "core/common/XmlInclude.h"
 
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace ZemTree {
@@ -21,6 +23,20 @@ std::string numberText(float value)
 }
 
 } // namespace
+
+float GraphManagerHelper::toFloat(double value)
+{
+    // A finite double outside the floats' range has no float to round to, and a plain cast would be undefined.
+    // Below half a float step above the largest float, rounding gives that float; from there on, the infinity.
+    static const double overflow = std::ldexp(1.0, 128) - std::ldexp(1.0, 103);
+    const double magnitude = std::fabs(value);
+    if (magnitude > std::numeric_limits<float>::max() && magnitude <= std::numeric_limits<double>::max()) {
+        const float rounded =
+            magnitude < overflow ? std::numeric_limits<float>::max() : std::numeric_limits<float>::infinity();
+        return value < 0.0 ? -rounded : rounded;
+    }
+    return static_cast<float>(value);
+}
 
 std::string GraphManagerHelper::settingsLineToText(const std::vector<Zem::PointF>& line)
 {
@@ -45,7 +61,7 @@ std::vector<Zem::PointF> GraphManagerHelper::settingsLineFromText(const std::str
         double y = 0.0;
         if (!Zem::tryConvert<double, true>(parts[i], x) || !Zem::tryConvert<double, true>(parts[i + 1], y))
             continue;
-        line.emplace_back(static_cast<float>(x), static_cast<float>(y));
+        line.emplace_back(toFloat(x), toFloat(y));
     }
     return line;
 }
@@ -83,7 +99,7 @@ void GraphManagerHelper::addCurveFigures(const std::map<std::string, std::vector
         std::vector<Zem::PointF> curve;
         curve.reserve(entry.second.size());
         for (const Zem::Point& point : entry.second)
-            curve.emplace_back(static_cast<float>(point.x), static_cast<float>(point.y));
+            curve.push_back(toPointF(point));
         figures.emplace(entry.first, std::make_unique<Zem::PointsSequence>(std::move(curve), Zem::Color(0, 0, 255, 255),
                                                                            "", true, false));
     }

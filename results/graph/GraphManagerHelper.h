@@ -26,6 +26,10 @@ public:
     // The key of the figure of the second setting line ("ZsettingsFiguresDown").
     static const char* const FigureKeyDown;
 
+    // A double rounded to the nearest float; beyond the floats' range it becomes an infinity of its sign.
+    static float toFloat(double value);
+    static Zem::PointF toPointF(const Zem::Point& point) { return Zem::PointF(toFloat(point.x), toFloat(point.y)); }
+
     // Per point x, ";", y, ";": "1;0.5;2;0.25;". Numbers are the floats widened to double, as
     // Zem::convertToString<double, true>(value, 2) writes them; no points give the empty text.
     static std::string settingsLineToText(const std::vector<Zem::PointF>& line);

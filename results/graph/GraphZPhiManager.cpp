@@ -55,7 +55,7 @@ void GraphZPhiManager::setSettingsFigures(std::vector<Zem::PointF>& up, Zem::Col
 
 bool GraphZPhiManager::isPointValid(const Zem::Point& point) const
 {
-    const Zem::PointF pointF(static_cast<float>(point.x), static_cast<float>(point.y));
+    const Zem::PointF pointF = GraphManagerHelper::toPointF(point);
     const bool isInside = ZemCalculate::isPointInPoligon(_zsettingsFiguresUp, pointF);
     const bool isExcluded = ZemCalculate::isPointInPoligon(_zsettingsFiguresDown, pointF);
     return isInside && !isExcluded;
