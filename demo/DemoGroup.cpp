@@ -1,17 +1,21 @@
 #include "DemoGroup.h"
 
-#include "core/tree/ActionUnit.h"
-#include "localisation/TreeRelay.h"
-
-#include <memory>
+#include "core/tree/NodeFactory.h"
 
 namespace ZemTreeDemo {
 
+namespace {
+
+// A saved project names its protections by class.
+[[maybe_unused]] const bool registered = ZemTree::NodeFactory::registerType<DemoGroup>();
+
+} // namespace
+
+DemoGroup::DemoGroup() : ZemTree::DefendContainer("DemoGroup") {}
+
 DemoGroup::DemoGroup(const std::string& id, const ZemTree::LocalString& description)
-    : ZemTree::Unitable(id, description)
+    : ZemTree::DefendContainer(id, description, ZemTree::LocalString::Empty())
 {
-    _actionBefore = add(std::make_unique<ZemTree::ActionUnit>("ActionBefore", lng::TreeRelay::get("Actions.before")));
-    _actionAfter = add(std::make_unique<ZemTree::ActionUnit>("ActionAfter", lng::TreeRelay::get("Actions.after")));
 }
 
 } // namespace ZemTreeDemo

@@ -1,22 +1,17 @@
 #pragma once
 
-#include "core/tree/Unitable.h"
-#include "evaluation/ITestActionContainer.h"
+#include "containers/DefendContainer.h"
+#include "evaluation/IHierarchicalContainer.h"
+
+#include <string>
 
 namespace ZemTreeDemo {
 
-// A group of example tests with an action on entering and one on leaving.
-class DemoGroup : public ZemTree::Unitable, public virtual ZemTree::ITestActionContainer {
+// An example protection: its tests stand in its `Tests` section, and it can stand in a hierarchical object.
+class DemoGroup : public ZemTree::DefendContainer, public virtual ZemTree::IHierarchicalContainer {
 public:
+    DemoGroup();
     DemoGroup(const std::string& id, const ZemTree::LocalString& description);
-
-    Zem::Nullable<bool> getIsEvaluated() override { return true; }
-    ZemTree::ActionUnit* getActionBefore() override { return _actionBefore; }
-    ZemTree::ActionUnit* getActionAfter() override { return _actionAfter; }
-
-private:
-    ZemTree::ActionUnit* _actionBefore = nullptr;
-    ZemTree::ActionUnit* _actionAfter = nullptr;
 };
 
 } // namespace ZemTreeDemo

@@ -1,24 +1,29 @@
 #include "DemoTest.h"
 
 #include "DemoTexts.h"
-#include "core/tree/ActionUnit.h"
+#include "core/tree/NodeFactory.h"
 #include "localisation/TreeRelay.h"
 
 #include <cmath>
 #include <cstdio>
-#include <memory>
 #include <random>
-#include <stdexcept>
 
 namespace ZemTreeDemo {
 
+namespace {
+
+// A saved project names its tests by class.
+[[maybe_unused]] const bool registered = ZemTree::NodeFactory::registerType<DemoTest>();
+
+} // namespace
+
+DemoTest::DemoTest() : ZemTree::TestContainer("DemoTest") {}
+
 DemoTest::DemoTest(const std::string& id, const ZemTree::LocalString& description, double nominal,
                    double tolerancePercent, const std::string& unit, std::uint32_t seed)
-    : ZemTree::Unitable(id, description), _nominal(nominal), _tolerancePercent(tolerancePercent), _unit(unit),
-      _seed(seed)
+    : ZemTree::TestContainer(id, description, ZemTree::LocalString::Empty()), _nominal(nominal),
+      _tolerancePercent(tolerancePercent), _unit(unit), _seed(seed)
 {
-    _actionBefore = add(std::make_unique<ZemTree::ActionUnit>("ActionBefore", lng::TreeRelay::get("Actions.before")));
-    _actionAfter = add(std::make_unique<ZemTree::ActionUnit>("ActionAfter", lng::TreeRelay::get("Actions.after")));
 }
 
 DemoTest::~DemoTest()
@@ -27,31 +32,20 @@ DemoTest::~DemoTest()
     _joinWorker();
 }
 
-void DemoTest::beginExecute()
+void DemoTest::startExecute()
 {
-    if (_isRunning)
-        throw std::logic_error("Test " + getId() + " allready running.");
     _joinWorker();
-
-    const auto now = std::chrono::system_clock::now();
     {
         const std::lock_guard<std::mutex> lock(_mutex);
         _isStopRequested = false;
         _outcome = Outcome::NotRun;
-        _startTime = now;
-        _finishTime = {};
     }
-    _isRunning = true;
-    _signalStartTimeChanged.emit();
-    _signalFinishTimeChanged.emit();
-    _signalIsRunningChanged.emit(true);
-
     _worker = std::thread([this] { _run(); });
 }
 
 void DemoTest::forceStopExecute()
 {
-    if (!_isRunning)
+    if (!isRunning())
         return;
     {
         const std::lock_guard<std::mutex> lock(_mutex);
@@ -62,23 +56,12 @@ void DemoTest::forceStopExecute()
 
 void DemoTest::clearResults()
 {
-    const std::lock_guard<std::mutex> lock(_mutex);
-    _outcome = Outcome::NotRun;
-    _measured = 0.0;
-    _startTime = {};
-    _finishTime = {};
-}
-
-std::chrono::system_clock::time_point DemoTest::getStartTime() const
-{
-    const std::lock_guard<std::mutex> lock(_mutex);
-    return _startTime;
-}
-
-std::chrono::system_clock::time_point DemoTest::getFinishTime() const
-{
-    const std::lock_guard<std::mutex> lock(_mutex);
-    return _finishTime;
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        _outcome = Outcome::NotRun;
+        _measured = 0.0;
+    }
+    ZemTree::TestContainer::clearResults();
 }
 
 DemoTest::Outcome DemoTest::getOutcome() const
@@ -148,6 +131,7 @@ void DemoTest::_run()
         }
         _signalStateMessage.emit(DemoTexts::forcedStop.get());
     }
+    // The last thing this thread does with the test: the queue goes on as soon as it hears of the end.
     _finishExecute();
 }
 
@@ -155,19 +139,6 @@ bool DemoTest::_pause(std::chrono::milliseconds duration)
 {
     std::unique_lock<std::mutex> lock(_mutex);
     return !_stopCondition.wait_for(lock, duration, [this] { return _isStopRequested; });
-}
-
-void DemoTest::_finishExecute()
-{
-    {
-        const std::lock_guard<std::mutex> lock(_mutex);
-        _finishTime = std::chrono::system_clock::now();
-    }
-    _isRunning = false;
-    _signalFinishTimeChanged.emit();
-    _signalIsRunningChanged.emit(false);
-    // The last thing this thread does with the test: the queue goes on as soon as it hears it.
-    _signalFinished.emit();
 }
 
 void DemoTest::_joinWorker()

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "core/tree/Unitable.h"
-#include "evaluation/ITestActionContainer.h"
-#include "evaluation/ITestContainer.h"
+#include "containers/TestContainer.h"
 
-#include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
@@ -16,51 +12,41 @@ namespace ZemTreeDemo {
 
 // An example test: it "injects" a nominal value into a simulated relay, waits a little, "measures" the
 // reaction with a seeded generator and judges it against a tolerance in percent. The run happens on a thread
-// of its own, started by beginExecute and joined by the next start and by the destructor.
-class DemoTest : public ZemTree::Unitable,
-                 public virtual ZemTree::ITestContainer,
-                 public virtual ZemTree::ITestActionContainer {
+// of its own, started by startExecute and joined by the next start and by the destructor; the test container
+// keeps the running state and the times.
+class DemoTest : public ZemTree::TestContainer {
 public:
     enum class Outcome { NotRun, Passed, Failed, Stopped };
 
+    DemoTest();
     DemoTest(const std::string& id, const ZemTree::LocalString& description, double nominal, double tolerancePercent,
              const std::string& unit, std::uint32_t seed);
     ~DemoTest() override;
 
-    Zem::Nullable<bool> getIsEvaluated() override { return true; }
-    ZemTree::ActionUnit* getActionBefore() override { return _actionBefore; }
-    ZemTree::ActionUnit* getActionAfter() override { return _actionAfter; }
-
-    // Runs on the queue's worker; the simulated run goes on on the test's own thread.
-    void beginExecute() override;
     // Cuts the simulated run short; a test that is not running ignores it.
     void forceStopExecute() override;
     void clearResults() override;
-    bool isExternal() override { return false; }
-    bool isRunning() override { return _isRunning; }
-    std::chrono::system_clock::time_point getStartTime() const override;
-    std::chrono::system_clock::time_point getFinishTime() const override;
 
     Outcome getOutcome() const;
     // One line for the user: the verdict with the measured and the expected value.
     std::string getOutcomeText() const;
 
+protected:
+    // Runs on the queue's worker; the simulated run goes on on the test's own thread.
+    void startExecute() override;
+
 private:
     void _run();
     // Waits up to `duration`; false when a forced stop came meanwhile.
     bool _pause(std::chrono::milliseconds duration);
-    void _finishExecute();
     void _joinWorker();
     std::string _formatValue(double value) const;
 
-    const double _nominal;
-    const double _tolerancePercent;
-    const std::string _unit;
-    ZemTree::ActionUnit* _actionBefore = nullptr;
-    ZemTree::ActionUnit* _actionAfter = nullptr;
+    double _nominal = 1.0;
+    double _tolerancePercent = 5.0;
+    std::string _unit = "A";
 
-    std::uint32_t _seed;
-    std::atomic<bool> _isRunning{false};
+    std::uint32_t _seed = 0;
     std::thread _worker;
 
     // Guards everything below: the test's thread writes it, the queue's worker and the owner read it.
@@ -69,8 +55,6 @@ private:
     bool _isStopRequested = false;
     Outcome _outcome = Outcome::NotRun;
     double _measured = 0.0;
-    std::chrono::system_clock::time_point _startTime;
-    std::chrono::system_clock::time_point _finishTime;
 };
 
 } // namespace ZemTreeDemo

@@ -32,6 +32,8 @@ constexpr DemoText totalFailed{{"failed", "не пройдено"}};
 constexpr DemoText totalStopped{{"stopped", "остановлено"}};
 constexpr DemoText runWasStopped{{"the run was stopped", "проверки остановлены"}};
 constexpr DemoText runCompleted{{"the run completed", "проверки выполнены полностью"}};
+constexpr DemoText projectSaved{{"project saved", "проект сохранён"}};
+constexpr DemoText reportWritten{{"report written", "отчёт записан"}};
 
 } // namespace DemoTexts
 

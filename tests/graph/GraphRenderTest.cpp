@@ -18,9 +18,9 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
-#include <unistd.h>
 #include <memory>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {

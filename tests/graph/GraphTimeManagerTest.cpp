@@ -16,10 +16,10 @@
 
 #include <cmath>
 #include <functional>
-#include <limits>
-#include <stdexcept>
 #include <gtest/gtest.h>
+#include <limits>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -164,8 +164,8 @@ TEST(GraphTimeManagerTest, PointsAreJudgedAgainstTheCharacteristicWithTheToleran
         double relative;
     };
     const Row rows[] = {
-        {4.0, 1.0, ResultState::Ok, 0.0},     {6.0, 1.03, ResultState::Ok, 3.0},
-        {10.0, 0.96, ResultState::Ok, -4.0},  {20.0, 1.1, ResultState::NotOk, 10.0},
+        {4.0, 1.0, ResultState::Ok, 0.0},      {6.0, 1.03, ResultState::Ok, 3.0},
+        {10.0, 0.96, ResultState::Ok, -4.0},   {20.0, 1.1, ResultState::NotOk, 10.0},
         {3.0, 0.9, ResultState::NotOk, -10.0},
     };
     std::vector<Point> points;
@@ -251,8 +251,8 @@ TEST(GraphTimeManagerTest, FiguresHoldTheCurvesAndTheSettingLinesUnderTheirKeys)
     manager.setSettingsFigures(up, Zem::Color::Red(), down, Zem::Color::Green());
 
     Figures figures;
-    std::shared_ptr<ZemTree::GraphDataHeader> header = std::make_shared<ZemTree::GraphDataHeader>("old", "", nullptr,
-                                                                                                  "", nullptr);
+    std::shared_ptr<ZemTree::GraphDataHeader> header =
+        std::make_shared<ZemTree::GraphDataHeader>("old", "", nullptr, "", nullptr);
     manager.getFigures({{"A", {{1.5, 0.1}, {2.0, 0.123456789}}}, {"B", {}}}, figures, header);
     ASSERT_EQ(figures.size(), 4u);
     ASSERT_NE(header, nullptr);
@@ -284,8 +284,8 @@ TEST(GraphTimeManagerTest, FiguresKeepWhatIsAlreadyInTheMap)
 {
     GraphTimeManager manager("I", nullptr, nullptr);
     Figures figures;
-    figures["A"] = std::make_unique<Zem::PointsSequence>(std::vector<PointF>{{9, 9}}, Zem::Color::Gray(), "", false,
-                                                         false);
+    figures["A"] =
+        std::make_unique<Zem::PointsSequence>(std::vector<PointF>{{9, 9}}, Zem::Color::Gray(), "", false, false);
     std::shared_ptr<ZemTree::GraphDataHeader> header;
     // A curve under a setting line's key is inserted first; the setting line is dropped.
     manager.getFigures({{"A", {{1.0, 1.0}}}, {KeyUp, {{2.0, 2.0}}}}, figures, header);
@@ -301,7 +301,8 @@ TEST(GraphTimeManagerTest, FiguresKeepWhatIsAlreadyInTheMap)
 
 TEST(GraphTimeManagerTest, XmlHoldsTheSettingsAndReadsBack)
 {
-    GraphTimeManager manager("Current", ZemTree::Measures::Ampere(), toleranceOf("[0;10]:[-5;5]| [10;inf]:|[-0.1;0.1]"));
+    GraphTimeManager manager("Current", ZemTree::Measures::Ampere(),
+                             toleranceOf("[0;10]:[-5;5]| [10;inf]:|[-0.1;0.1]"));
     manager.setFormula("{T}*0.14/(({x}/{I})^0.02-1)");
     manager.setIOperate(1.25);
     manager.setTOperate(0.3);
@@ -309,10 +310,10 @@ TEST(GraphTimeManagerTest, XmlHoldsTheSettingsAndReadsBack)
     std::vector<PointF> down;
     manager.setSettingsFigures(up, Zem::Color::Blue(), down, Zem::Color::Green());
 
-    const std::string xml = ZemTreeTest::writtenXml([&](xmlpp::Element* root) {
-        manager.getXmlData(root->add_child("Manager"));
-    });
-    EXPECT_EQ(xml, "<Manager Description=\"Current\" Measure=\"" + ZemTree::MeasureTypeConverter::toStringData(ZemTree::Measures::Ampere())
+    const std::string xml =
+        ZemTreeTest::writtenXml([&](xmlpp::Element* root) { manager.getXmlData(root->add_child("Manager")); });
+    EXPECT_EQ(xml, "<Manager Description=\"Current\" Measure=\""
+                       + ZemTree::MeasureTypeConverter::toStringData(ZemTree::Measures::Ampere())
                        + "\" Formula=\"{T}*0.14/(({x}/{I})^0.02-1)\" Ioperate=\"1.25\" Toperate=\"0.3\" "
                          "Tolerance=\"[0;10]:[-5;5]| [10;inf]:|[-0.1;0.1]\">"
                          "<ZsettingsFiguresUp>1.5;2;10;0.25;</ZsettingsFiguresUp><ZsettingsFiguresDown/></Manager>");
@@ -330,16 +331,14 @@ TEST(GraphTimeManagerTest, XmlHoldsTheSettingsAndReadsBack)
     EXPECT_EQ(back.getSettingsFiguresUp(), up);
     EXPECT_TRUE(back.getSettingsFiguresDown().empty());
     // The same settings write the same XML.
-    EXPECT_EQ(ZemTreeTest::writtenXml([&](xmlpp::Element* root) { back.getXmlData(root->add_child("Manager")); }),
-              xml);
+    EXPECT_EQ(ZemTreeTest::writtenXml([&](xmlpp::Element* root) { back.getXmlData(root->add_child("Manager")); }), xml);
 }
 
 TEST(GraphTimeManagerTest, ManagerWithoutToleranceSavesWithoutIt)
 {
     GraphTimeManager manager;
-    const std::string xml = ZemTreeTest::writtenXml([&](xmlpp::Element* root) {
-        manager.getXmlData(root->add_child("Manager"));
-    });
+    const std::string xml =
+        ZemTreeTest::writtenXml([&](xmlpp::Element* root) { manager.getXmlData(root->add_child("Manager")); });
     EXPECT_EQ(xml, "<Manager Description=\"\" Measure=\"\" Formula=\"{T}\" Ioperate=\"1\" Toperate=\"1\">"
                    "<ZsettingsFiguresUp/><ZsettingsFiguresDown/></Manager>");
     ZemTreeTest::ParsedXml parsed(xml);

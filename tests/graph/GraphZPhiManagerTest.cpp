@@ -205,9 +205,8 @@ TEST(GraphZPhiManagerTest, XmlIsOnlyThePolygons)
     std::vector<PointF> outer{{-1.5f, 0.0f}, {2.0f, 0.25f}, {0.0f, 3.0f}};
     std::vector<PointF> inner;
     manager->setSettingsFigures(outer, Zem::Color::Red(), inner, Zem::Color::Red());
-    const std::string xml = ZemTreeTest::writtenXml([&](xmlpp::Element* root) {
-        manager->getXmlData(root->add_child("Manager"));
-    });
+    const std::string xml =
+        ZemTreeTest::writtenXml([&](xmlpp::Element* root) { manager->getXmlData(root->add_child("Manager")); });
     EXPECT_EQ(xml, "<Manager><ZsettingsFiguresUp>-1.5;0;2;0.25;0;3;</ZsettingsFiguresUp>"
                    "<ZsettingsFiguresDown/></Manager>");
 

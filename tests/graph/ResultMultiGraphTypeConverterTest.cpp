@@ -61,13 +61,12 @@ TEST(ResultMultiGraphTypeConverterTest, XmlOfTimeManagerResult)
     auto manager = std::make_shared<GraphTimeManager>("I", ZemTree::Measures::None(), nullptr);
     const ResultMultiGraph result({{"Phase A", {{1.0, 0.5}, {2.0, 0.25}}}, {"Phase B", {{-3.0, 1e-14}}}}, manager);
     const std::string type = Zem::TypeHelper::getTypeName(typeid(GraphTimeManager));
-    EXPECT_EQ(write(result),
-              "<ResultMultiGraph><Manager Type=\"" + type
-                  + "\" Description=\"I\" Measure=\"" + ZemTree::MeasureTypeConverter::toStringData(ZemTree::Measures::None())
-                  + "\" Formula=\"{T}\" Ioperate=\"1\" Toperate=\"1\">"
-                    "<ZsettingsFiguresUp/><ZsettingsFiguresDown/></Manager>"
-                    "<Items><Item Name=\"Phase A\"><Value>1;0.5|2;0.25</Value></Item>"
-                    "<Item Name=\"Phase B\"><Value>-3;0</Value></Item></Items></ResultMultiGraph>");
+    EXPECT_EQ(write(result), "<ResultMultiGraph><Manager Type=\"" + type + "\" Description=\"I\" Measure=\""
+                                 + ZemTree::MeasureTypeConverter::toStringData(ZemTree::Measures::None())
+                                 + "\" Formula=\"{T}\" Ioperate=\"1\" Toperate=\"1\">"
+                                   "<ZsettingsFiguresUp/><ZsettingsFiguresDown/></Manager>"
+                                   "<Items><Item Name=\"Phase A\"><Value>1;0.5|2;0.25</Value></Item>"
+                                   "<Item Name=\"Phase B\"><Value>-3;0</Value></Item></Items></ResultMultiGraph>");
 }
 
 TEST(ResultMultiGraphTypeConverterTest, TimeManagerResultReadsBackWithItsManager)
@@ -132,7 +131,8 @@ TEST(ResultMultiGraphTypeConverterTest, EmptyResultIsABareElement)
 {
     const std::string xml = write(ResultMultiGraph());
     EXPECT_EQ(xml, "<ResultMultiGraph/>");
-    for (const std::string& text : {xml, std::string("<ResultMultiGraph Extra=\"1\">\n  <!-- x -->\n</ResultMultiGraph>")}) {
+    for (const std::string& text :
+         {xml, std::string("<ResultMultiGraph Extra=\"1\">\n  <!-- x -->\n</ResultMultiGraph>")}) {
         SCOPED_TRACE(text);
         const auto back = read(text);
         ASSERT_NE(back, nullptr);
@@ -190,12 +190,13 @@ TEST(ResultMultiGraphTypeConverterTest, RefusedElementsLeaveTheResult)
 TEST(ResultMultiGraphTypeConverterTest, ItemsAreReadTolerantly)
 {
     const std::string type = Zem::TypeHelper::getTypeName(typeid(GraphTimeManager));
-    const auto back = read("<ResultMultiGraph><Manager Type=\"" + type
-                           + "\"/><Items>text<Item Name=\"A\"><Value>2;1|x;3|4</Value></Item>"
-                             "<Item><Value>5;5</Value></Item>"
-                             "<Item Name=\"A\"><Value>7;7</Value></Item>"
-                             "<Item Name=\"C\"/>"
-                             "<Item Name=\"D\"><Other>1;1</Other><Value>3;1|</Value></Item></Items></ResultMultiGraph>");
+    const auto back =
+        read("<ResultMultiGraph><Manager Type=\"" + type
+             + "\"/><Items>text<Item Name=\"A\"><Value>2;1|x;3|4</Value></Item>"
+               "<Item><Value>5;5</Value></Item>"
+               "<Item Name=\"A\"><Value>7;7</Value></Item>"
+               "<Item Name=\"C\"/>"
+               "<Item Name=\"D\"><Other>1;1</Other><Value>3;1|</Value></Item></Items></ResultMultiGraph>");
     ASSERT_NE(back, nullptr);
     ASSERT_EQ(back->_items.size(), 3u);
     // Of two items of one name the first counts.

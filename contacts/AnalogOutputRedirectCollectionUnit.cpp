@@ -1,0 +1,221 @@
+#include "contacts/AnalogOutputRedirectCollectionUnit.h"
+
+#include "contacts/HardwareBasedUnitHelper.h"
+#include "core/common/ConvertionHelper.h"
+#include "core/common/ScopedConnection.h"
+#include "core/device/IVirtualAnalogOutputGroup.h"
+#include "core/tree/NumericProperty.h"
+#include "core/tree/TreeLocalization.h"
+#include "core/tree/ValueErrors.h"
+#include "localisation/TreeRelay.h"
+
+#include <sigc++/functors/mem_fun.h>
+
+#include <cmath>
+#include <stdexcept>
+#include <utility>
+
+namespace ZemTree {
+
+namespace {
+
+// Blocks a structure signal for its lifetime and restores the former state, also when a change is refused.
+class StructureSignalBlock {
+public:
+    explicit StructureSignalBlock(IStructureChanged& source)
+        : _signal(source.getSignalStructureChanged()), _wasBlocked(_signal.blocked())
+    {
+        _signal.block();
+    }
+    ~StructureSignalBlock() { _signal.block(_wasBlocked); }
+    StructureSignalBlock(const StructureSignalBlock&) = delete;
+    StructureSignalBlock& operator=(const StructureSignalBlock&) = delete;
+
+private:
+    sigc::signal<void>& _signal;
+    bool _wasBlocked;
+};
+
+} // namespace
+
+AnalogOutputRedirectCollectionUnit::AnalogOutputRedirectCollectionUnit(const std::string& id,
+                                                                       const LocalString& description,
+                                                                       const LocalString& secondText, Data defaultData,
+                                                                       double groupCount)
+    : Unit<Data>(id, description, secondText, defaultData), _hardwareWatcher(this)
+{
+    auto groupCountProperty = std::make_unique<NumericProperty>(
+        "GroupCount", LocalString(std::string(lng::TreeRelay::get("Properties.count"))), LocalString::Empty(),
+        groupCount);
+    _groupCountProperty = static_cast<NumericProperty*>(_addPropertyInner(std::move(groupCountProperty)));
+    _groupCountProperty->getSignalValueOutChanged().connect(
+        sigc::mem_fun(*this, &AnalogOutputRedirectCollectionUnit::_onGroupCountChanged));
+    Value<Data>::setData(_coerceGetDataImpl(defaultData));
+    _hardwareWatcher.getSignalParentHardwareChanged().connect(
+        sigc::mem_fun(*this, &AnalogOutputRedirectCollectionUnit::_onHardwareUpdated));
+}
+
+AnalogOutputRedirectCollectionUnit::AnalogOutputRedirectCollectionUnit(const std::string& id)
+    : AnalogOutputRedirectCollectionUnit(id, LocalString(std::string(lng::Tree::get("Units.analogOutputRedirect"))),
+                                         LocalString::Empty(), nullptr, 0.0)
+{
+}
+
+AnalogOutputRedirectCollectionUnit::AnalogOutputRedirectCollectionUnit()
+    : AnalogOutputRedirectCollectionUnit("AnalogOutputRedirectCollectionUnit")
+{
+}
+
+ZemDevice::IVirtualAnalogOutputGroup*
+AnalogOutputRedirectCollectionUnit::getValueGroup(AnalogOutputTarget* target) const
+{
+    ZemDevice::HardwareManager* const hardware = getHardware();
+    if (hardware == nullptr || target == nullptr)
+        return nullptr;
+    return HardwareBasedUnitHelper::getHardwareAnalogOutputGroup(hardware, target->getPath());
+}
+
+AnalogOutputRedirectCollectionUnit::Data AnalogOutputRedirectCollectionUnit::_createDefaultData() const
+{
+    return std::make_shared<AnalogOutputRedirectCollection>();
+}
+
+AnalogOutputRedirectCollectionUnit::Data AnalogOutputRedirectCollectionUnit::_cloneData(const Data& data) const
+{
+    if (!data)
+        return data;
+    return data->clone();
+}
+
+AnalogOutputRedirectCollectionUnit::Data AnalogOutputRedirectCollectionUnit::_coerceSetData(const Data& data)
+{
+    return _coerceGetDataImpl(data);
+}
+
+// The count holds also without hardware. The targets without a path take the analog groups one after another,
+// counted among themselves, not by their place in the list; without hardware their path stays empty, and each
+// pass still counts that as a change.
+AnalogOutputRedirectCollectionUnit::Data AnalogOutputRedirectCollectionUnit::_coerceGetDataImpl(const Data& data) const
+{
+    Data collection = data ? data : std::make_shared<AnalogOutputRedirectCollection>();
+    bool isChanged = false;
+    {
+        const StructureSignalBlock block(*collection);
+        long wanted = 0;
+        if (_tryGetWantedCount(wanted)) {
+            const long size = static_cast<long>(collection->size());
+            if (size < wanted) {
+                for (long number = 1; number <= wanted - size; ++number)
+                    collection->add(std::make_unique<AnalogOutputTarget>(static_cast<int>(number)));
+                isChanged = true;
+            }
+            else if (size > wanted) {
+                for (long count = size - wanted; count > 0; --count)
+                    collection->remove(collection->back());
+                isChanged = true;
+            }
+        }
+        ZemDevice::HardwareManager* const hardware = getHardware();
+        long index = 0;
+        for (AnalogOutputTarget* target : *collection) {
+            if (target == nullptr || !target->getPath().empty())
+                continue;
+            target->setPath(HardwareBasedUnitHelper::getDefaultHardwareAnalogOutputGroupPath(hardware, index));
+            ++index;
+            isChanged = true;
+        }
+    }
+    if (isChanged)
+        collection->signalStructureChanged.emit();
+    return collection;
+}
+
+std::unique_ptr<Zem::Out<AnalogOutputRedirectCollectionUnit::Data>>
+AnalogOutputRedirectCollectionUnit::_coerceValueOut(std::unique_ptr<Zem::Out<Data>> out) const
+{
+    bool isGood = false;
+    long wanted = 0;
+    if (out->value && _tryGetWantedCount(wanted) && static_cast<long>(out->value->size()) == wanted) {
+        isGood = true;
+        if (getHardware() != nullptr) {
+            for (AnalogOutputTarget* target : *out->value) {
+                if (getValueGroup(target) == nullptr) {
+                    isGood = false;
+                    break;
+                }
+            }
+        }
+    }
+    if (isGood)
+        return out;
+    auto missing = std::make_unique<Zem::Out<Data>>();
+    missing->value = _coerceGetDataImpl(nullptr);
+    missing->error = MissingElementError::getInstance();
+    return missing;
+}
+
+AnalogOutputRedirectCollectionUnit::Data
+AnalogOutputRedirectCollectionUnit::_createDataFromXml(xmlpp::Element* element) const
+{
+    const xmlpp::TextNode* const textNode = element->get_child_text();
+    if (textNode == nullptr)
+        return nullptr;
+    const std::string text = textNode->get_content();
+    if (text.empty())
+        return nullptr;
+    Data collection;
+    if (!Zem::tryConvert<Data, true, true>(text, collection))
+        throw std::runtime_error("AnalogOutputRedirectCollectionUnit data parse error");
+    return collection;
+}
+
+void AnalogOutputRedirectCollectionUnit::_getDataXml(const Data& data, xmlpp::Element* element) const
+{
+    if (data)
+        element->add_child_text(Zem::convertToString<Data, true, true>(data));
+}
+
+void AnalogOutputRedirectCollectionUnit::_getDisplayXmlCurrentValue(DisplayXmlParameters& /*parameters*/,
+                                                                    xmlpp::Element* element) const
+{
+    const Data& collection = getValueOut().value;
+    if (collection)
+        element->add_child_text(Zem::convertToString<Data, true, true>(collection));
+}
+
+// A count that is negative, no number or too large to follow leaves the list as it is. A fraction is cut.
+bool AnalogOutputRedirectCollectionUnit::_tryGetWantedCount(long& wanted) const
+{
+    const double count = _groupCountProperty != nullptr ? _groupCountProperty->getValueOut().value : 0.0;
+    if (!(count >= 0.0) || !(count < MaxGroupCount))
+        return false;
+    wanted = static_cast<long>(count);
+    return true;
+}
+
+// The value out follows the count even when the list was right already, as its check depends on the count.
+void AnalogOutputRedirectCollectionUnit::_onGroupCountChanged()
+{
+    Value<Data>::setData(_coerceGetDataImpl(getNativeData()));
+    _onValueOutChanged();
+}
+
+// As for the contact units: the coercion announces its own changes, otherwise the value out is judged again.
+void AnalogOutputRedirectCollectionUnit::_onHardwareUpdated()
+{
+    const Data data = getNativeData();
+    bool isAnnounced = false;
+    {
+        Zem::ScopedConnection probe;
+        if (data)
+            probe = data->getSignalStructureChanged().connect([&isAnnounced] { isAnnounced = true; });
+        const Data coerced = _coerceSetData(data);
+        isAnnounced = isAnnounced || coerced != data;
+        Value<Data>::setData(coerced);
+    }
+    if (getIsFormulaSource() || !isAnnounced)
+        _onValueOutChanged();
+    getSignalHardwareChanged().emit();
+}
+
+} // namespace ZemTree

@@ -1,0 +1,172 @@
+#include "contacts/ContactCollectionUnit.h"
+
+#include "contacts/ContactMode.h"
+#include "contacts/HardwareBasedUnitHelper.h"
+#include "core/common/ConvertionHelper.h"
+#include "core/common/ScopedConnection.h"
+#include "core/device/IBinaryStateChannel.h"
+#include "core/tree/TreeLocalization.h"
+#include "core/tree/ValueErrors.h"
+
+#include <sigc++/functors/mem_fun.h>
+
+#include <stdexcept>
+#include <utility>
+
+namespace ZemTree {
+
+namespace {
+
+// Blocks a structure signal for its lifetime and restores the former state, also when a slot or a lookup throws.
+class StructureSignalBlock {
+public:
+    explicit StructureSignalBlock(IStructureChanged& source)
+        : _signal(source.getSignalStructureChanged()), _wasBlocked(_signal.blocked())
+    {
+        _signal.block();
+    }
+    ~StructureSignalBlock() { _signal.block(_wasBlocked); }
+    StructureSignalBlock(const StructureSignalBlock&) = delete;
+    StructureSignalBlock& operator=(const StructureSignalBlock&) = delete;
+
+private:
+    sigc::signal<void>& _signal;
+    bool _wasBlocked;
+};
+
+} // namespace
+
+ContactCollectionUnit::ContactCollectionUnit(const std::string& id, const LocalString& description,
+                                             const LocalString& secondText, Data defaultData,
+                                             std::shared_ptr<EnumLimiter> limiter)
+    : EnumLimitedUnit<Data>(id, description, secondText, std::move(limiter)), _hardwareWatcher(this)
+{
+    Value<Data>::setData(defaultData);
+    _hardwareWatcher.getSignalParentHardwareChanged().connect(
+        sigc::mem_fun(*this, &ContactCollectionUnit::_onHardwareUpdated));
+}
+
+ContactCollectionUnit::ContactCollectionUnit(const std::string& id)
+    : ContactCollectionUnit(id, LocalString(std::string(lng::Tree::get("Units.zemolOutCollection"))),
+                            LocalString::Empty(), nullptr, std::shared_ptr<EnumLimiter>())
+{
+}
+
+ContactCollectionUnit::ContactCollectionUnit() : ContactCollectionUnit("ContactCollectionUnit") {}
+
+EnumLimiter* ContactCollectionUnit::getActualLimiter() const
+{
+    EnumLimiter* const limiter = getLimiter();
+    if (limiter != nullptr && !limiter->empty())
+        return limiter;
+    return ContactMode::getDefaultHardwareOutLimiter().get();
+}
+
+ZemDevice::IBinaryStateChannel* ContactCollectionUnit::getValueChannel(ContactElement* element) const
+{
+    return HardwareBasedUnitHelper::getValueHardwareChannel(getHardware(), element, _getChannelType());
+}
+
+ContactCollectionUnit::Data ContactCollectionUnit::_createDefaultData() const
+{
+    return std::make_shared<ContactCollection>();
+}
+
+ContactCollectionUnit::Data ContactCollectionUnit::_cloneData(const Data& data) const
+{
+    if (!data)
+        return data;
+    return data->clone();
+}
+
+// Elements without a path get the path of their number; the collection announces all of it once. A number
+// behind the channels finds no path and changes nothing.
+ContactCollectionUnit::Data ContactCollectionUnit::_coerceSetData(const Data& data)
+{
+    Data collection = data ? data : std::make_shared<ContactCollection>();
+    ZemDevice::HardwareManager* const hardware = getHardware();
+    if (hardware == nullptr)
+        return collection;
+    bool isChanged = false;
+    {
+        const StructureSignalBlock block(*collection);
+        const std::string channelType = _getChannelType();
+        for (ContactElement* element : *collection) {
+            if (element == nullptr || !element->getPath().empty())
+                continue;
+            const std::string path =
+                HardwareBasedUnitHelper::getDefaultHardwareChannelPath(hardware, channelType, element->getIndex());
+            if (path.empty())
+                continue;
+            element->setPath(path);
+            isChanged = true;
+        }
+    }
+    if (isChanged)
+        collection->signalStructureChanged.emit();
+    return collection;
+}
+
+std::unique_ptr<Zem::Out<ContactCollectionUnit::Data>>
+ContactCollectionUnit::_coerceValueOut(std::unique_ptr<Zem::Out<Data>> out) const
+{
+    if (getHardware() == nullptr || !out->value)
+        return out;
+    for (ContactElement* element : *out->value) {
+        if (getValueChannel(element) != nullptr)
+            continue;
+        auto missing = std::make_unique<Zem::Out<Data>>();
+        missing->value = std::make_shared<ContactCollection>();
+        missing->error = MissingElementError::getInstance();
+        return missing;
+    }
+    return out;
+}
+
+ContactCollectionUnit::Data ContactCollectionUnit::_createDataFromXml(xmlpp::Element* element) const
+{
+    const xmlpp::TextNode* const textNode = element->get_child_text();
+    if (textNode == nullptr)
+        return nullptr;
+    const std::string text = textNode->get_content();
+    if (text.empty())
+        return nullptr;
+    Data collection;
+    if (!Zem::tryConvert<Data, true, true>(text, collection))
+        throw std::runtime_error("ContactCollectionUnit data parse error");
+    return collection;
+}
+
+void ContactCollectionUnit::_getDataXml(const Data& data, xmlpp::Element* element) const
+{
+    if (data)
+        element->add_child_text(Zem::convertToString<Data, true, true>(data));
+}
+
+void ContactCollectionUnit::_getDisplayXmlCurrentValue(DisplayXmlParameters& /*parameters*/,
+                                                       xmlpp::Element* element) const
+{
+    const Data& collection = getValueOut().value;
+    if (collection)
+        element->add_child_text(Zem::convertToString<Data, true, true>(collection));
+}
+
+// As for a single contact: the coercion announces its own changes, otherwise the value out is judged again.
+void ContactCollectionUnit::_onHardwareUpdated()
+{
+    const Data data = getNativeData();
+    bool isAnnounced = false;
+    {
+        Zem::ScopedConnection probe;
+        if (data)
+            probe = data->getSignalStructureChanged().connect([&isAnnounced] { isAnnounced = true; });
+        const Data coerced = _coerceSetData(data);
+        isAnnounced = isAnnounced || coerced != data;
+        Value<Data>::setData(coerced);
+    }
+    if (getIsFormulaSource() || !isAnnounced)
+        _onValueOutChanged();
+    getSignalHardwareChanged().emit();
+}
+
+} // namespace ZemTree

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "collections/IStructureChanged.h"
+#include "core/common/XmlInclude.h"
+#include "core/device/HardwareManager.h"
+#include "core/tree/IEditableHardwareContainer.h"
+#include "core/tree/IValueOut.h"
+#include "core/tree/Node.h"
+#include "core/tree/SerializationMode.h"
+
+#include <sigc++/connection.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+// Nodes and helpers shared by the tests of the hardware watcher and the hardware-bound units.
+namespace ContactUnitsTest {
+
+// A plain node to which a test hands hardware, as the host hands it to a container.
+class HardwareNode : public ZemTree::Node, public virtual ZemTree::IEditableHardwareContainer {
+public:
+    explicit HardwareNode(const std::string& id = "Root", ZemDevice::HardwareManager* hardware = nullptr)
+        : ZemTree::Node(id), _hardware(hardware)
+    {
+    }
+
+    void setHardware(ZemDevice::HardwareManager* hardware) override
+    {
+        if (hardware == _hardware)
+            return;
+        _hardware = hardware;
+        _signalHardwareChanged.emit();
+    }
+    ZemDevice::HardwareManager* getHardware() const override { return _hardware; }
+
+    // The hardware signal without a change, as a careless container might send it.
+    void announceUnchanged() { _signalHardwareChanged.emit(); }
+
+private:
+    ZemDevice::HardwareManager* _hardware;
+};
+
+// Moves `node` from its parent to `target`, as a user drags it in the tree.
+template <class T> T* moveTo(T* node, ZemTree::Node* target)
+{
+    std::unique_ptr<ZemTree::Node> released = node->getParent()->release(node);
+    return static_cast<T*>(target->add(std::move(released)));
+}
+
+// Counts the emissions of one signal for as long as it lives.
+class SignalCounter {
+public:
+    explicit SignalCounter(sigc::signal<void>& signal) : _connection(signal.connect([this] { ++count; })) {}
+    explicit SignalCounter(ZemTree::IStructureChanged& source) : SignalCounter(source.getSignalStructureChanged()) {}
+    explicit SignalCounter(ZemTree::IValueOut& value) : SignalCounter(value.getSignalValueOutChanged()) {}
+    ~SignalCounter() { _connection.disconnect(); }
+    SignalCounter(const SignalCounter&) = delete;
+    SignalCounter& operator=(const SignalCounter&) = delete;
+
+    // Returns the count since the last call.
+    int take()
+    {
+        const int taken = count;
+        count = 0;
+        return taken;
+    }
+
+    int count = 0;
+
+private:
+    sigc::connection _connection;
+};
+
+inline ZemTree::SerializationMode makeMode(std::uint8_t kind, std::vector<std::string>* problems = nullptr)
+{
+    ZemTree::SerializationMode mode;
+    mode.kind = kind;
+    mode.problems = problems;
+    return mode;
+}
+
+// The saved form of `node` as text.
+inline std::string saveToString(const ZemTree::Node& node, const ZemTree::SerializationMode& mode)
+{
+    xmlpp::Document document;
+    node.getXml(document.create_root_node("File"), mode);
+    return document.write_to_string();
+}
+
+// Reads `node` from the first node element of a text saved by saveToString.
+inline void loadFromString(ZemTree::Node& node, const std::string& xml, const ZemTree::SerializationMode& mode)
+{
+    xmlpp::DomParser parser;
+    parser.parse_memory(xml);
+    xmlpp::Element* const root = parser.get_document()->get_root_node();
+    for (xmlpp::Node* child : root->get_children(ZemTree::Node::XmlElementName)) {
+        if (auto* element = dynamic_cast<xmlpp::Element*>(child)) {
+            node.setXml(element, mode);
+            return;
+        }
+    }
+}
+
+// The text of the first element named `name` below `element`, searched depth first; "<none>" when absent.
+inline std::string findElementText(xmlpp::Element* element, const std::string& name)
+{
+    for (xmlpp::Node* child : element->get_children()) {
+        auto* childElement = dynamic_cast<xmlpp::Element*>(child);
+        if (childElement == nullptr)
+            continue;
+        if (childElement->get_name() == name) {
+            const xmlpp::TextNode* const text = childElement->get_child_text();
+            return text != nullptr ? std::string(text->get_content()) : std::string();
+        }
+        const std::string found = findElementText(childElement, name);
+        if (found != "<none>")
+            return found;
+    }
+    return "<none>";
+}
+
+// A test set of `inputs` binary input groups of 8, `outputs` binary output groups of 8 and `analog` analog groups.
+inline ZemDevice::HardwareLayout makeLayout(std::size_t inputs, std::size_t outputs, std::size_t analog)
+{
+    ZemDevice::HardwareLayout layout;
+    layout.binaryInputGroups.assign(inputs, ZemDevice::HardwareGroupLayout{8, "", {}});
+    layout.binaryOutputGroups.assign(outputs, ZemDevice::HardwareGroupLayout{8, "", {}});
+    layout.analogOutputGroups.assign(analog, ZemDevice::HardwareGroupLayout{3, "", {}});
+    return layout;
+}
+
+} // namespace ContactUnitsTest

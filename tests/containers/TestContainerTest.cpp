@@ -1,0 +1,281 @@
+#include "ContainerTestNodes.h"
+#include "core/common/DateTimeHelper.h"
+#include "core/tree/DisplayXmlParameters.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using namespace ZemTree;
+using namespace ZemTreeTest;
+
+namespace {
+
+using Clock = std::chrono::system_clock;
+
+SerializationMode modeOf(std::uint8_t kind)
+{
+    SerializationMode mode;
+    mode.kind = kind;
+    return mode;
+}
+
+void readAttributes(TestContainer& test, const std::string& attributes, std::uint8_t kind = SerializationMode::User)
+{
+    xmlpp::DomParser parser;
+    parser.parse_memory("<Node Id='" + test.getId() + "' " + attributes + "/>");
+    test.setXml(parser.get_document()->get_root_node(), modeOf(kind));
+}
+
+std::string attributeOf(const xmlpp::Element* element, const std::string& name)
+{
+    const xmlpp::Attribute* attribute = element->get_attribute(name);
+    return attribute == nullptr ? "<none>" : std::string(attribute->get_value());
+}
+
+// Records the test's own signals in order.
+struct SignalLog {
+    std::vector<std::string> entries;
+    explicit SignalLog(TestContainer& test)
+    {
+        test.getSignalIsRunningChanged().connect(
+            [this](const bool& running) { entries.push_back(running ? "running" : "idle"); });
+        test.getSignalStartTimeChanged().connect([this] { entries.push_back("start"); });
+        test.getSignalFinishTimeChanged().connect([this] { entries.push_back("finish"); });
+        test.getSignalFinished().connect([this] { entries.push_back("finished"); });
+    }
+};
+
+class TestContainerReport : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        const char* zone = std::getenv("TZ");
+        _oldZone = zone == nullptr ? "" : zone;
+        _hadZone = zone != nullptr;
+        setenv("TZ", "UTC", 1);
+        tzset();
+    }
+    void TearDown() override
+    {
+        if (_hadZone)
+            setenv("TZ", _oldZone.c_str(), 1);
+        else
+            unsetenv("TZ");
+        tzset();
+    }
+
+private:
+    std::string _oldZone;
+    bool _hadZone = false;
+};
+
+} // namespace
+
+TEST(TestContainer, IsEvaluatedIsReadFromSixWordsOnly)
+{
+    struct Row {
+        const char* word;
+        bool initial;
+        bool expected;
+    };
+    const Row rows[] = {
+        {"true", false, true}, {"1", false, true},      {"True", false, true},  {"false", true, false},
+        {"0", true, false},    {"False", true, false},  {"TRUE", false, false}, {"yes", true, true},
+        {"", true, true},      {" true", false, false},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.word);
+        SampleTest test("Test");
+        test.initContainer();
+        test.setIsEvaluated(row.initial);
+        readAttributes(test, std::string("IsEvaluated='") + row.word + "'");
+        EXPECT_EQ(test.getIsEvaluated(), Zem::Nullable<bool>(row.expected));
+    }
+
+    SampleTest templated("Test");
+    readAttributes(templated, "IsEvaluated='true'", SerializationMode::System);
+    EXPECT_EQ(templated.getIsEvaluated(), Zem::Nullable<bool>(false));
+}
+
+TEST(TestContainer, TimesAreSavedInProjectsWhenSet)
+{
+    SampleTest test("Test");
+    test.initContainer();
+    xmlpp::Document fresh;
+    const xmlpp::Element* element = test.getXml(fresh.create_root_node("Doc"), modeOf(SerializationMode::User));
+    EXPECT_EQ(attributeOf(element, "IsEvaluated"), "false");
+    EXPECT_EQ(attributeOf(element, "StartTimeMs"), "<none>");
+    EXPECT_EQ(attributeOf(element, "FinishTimeMs"), "<none>");
+
+    readAttributes(test, "StartTimeMs='1700000000123' FinishTimeMs='1700000003723'");
+    EXPECT_EQ(Zem::DateTimeHelper::toMilliseconds(test.getStartTime()), 1700000000123);
+    xmlpp::Document project;
+    element = test.getXml(project.create_root_node("Doc"), modeOf(SerializationMode::User));
+    EXPECT_EQ(attributeOf(element, "StartTimeMs"), "1700000000123");
+    EXPECT_EQ(attributeOf(element, "FinishTimeMs"), "1700000003723");
+
+    xmlpp::Document templateDocument;
+    element = test.getXml(templateDocument.create_root_node("Doc"), modeOf(SerializationMode::System));
+    EXPECT_EQ(attributeOf(element, "IsEvaluated"), "<none>");
+    EXPECT_EQ(attributeOf(element, "StartTimeMs"), "<none>");
+}
+
+TEST(TestContainer, BadTimesLeaveTheFieldsAndFireNothing)
+{
+    SampleTest test("Test");
+    test.initContainer();
+    readAttributes(test, "StartTimeMs='1000' FinishTimeMs='2000'");
+    SignalLog log(test);
+    for (const char* text : {"", "12x", "1.5", "99999999999999999999", "9223372036854775807", "x"}) {
+        SCOPED_TRACE(text);
+        readAttributes(test, std::string("StartTimeMs='") + text + "' FinishTimeMs='" + text + "'");
+        EXPECT_EQ(Zem::DateTimeHelper::toMilliseconds(test.getStartTime()), 1000);
+        EXPECT_EQ(Zem::DateTimeHelper::toMilliseconds(test.getFinishTime()), 2000);
+    }
+    readAttributes(test, "StartTimeMs='0'");
+    EXPECT_EQ(test.getStartTime().time_since_epoch().count(), 0);
+    // Times read from a file are stored straight, without signals.
+    EXPECT_TRUE(log.entries.empty());
+}
+
+TEST(TestContainer, ResultUnitsAreCounted)
+{
+    struct Row {
+        const char* text;
+        std::optional<ResultState> first;
+        std::optional<ResultState> second;
+        TestCounters expected;
+    };
+    const Row rows[] = {
+        {"no results yet", std::nullopt, std::nullopt, {0, 0, 2}},
+        {"empty is not tested", ResultState::Empty, std::nullopt, {0, 0, 2}},
+        {"ok and not ok", ResultState::Ok, ResultState::NotOk, {1, 1, 0}},
+        {"error is a failure", ResultState::Error, ResultState::Ok, {1, 1, 0}},
+        {"a state out of the four fails", static_cast<ResultState>(7), ResultState::Empty, {0, 1, 1}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        SampleTest test("Test");
+        test.initContainer();
+        test.first->setResult(row.first);
+        test.second->setResult(row.second);
+        EXPECT_EQ(test.getCounters(), row.expected);
+    }
+
+    SampleTest unfilled("Unfilled");
+    EXPECT_EQ(unfilled.getCounters(), TestCounters());
+}
+
+TEST(TestContainer, RunStampsTimesAndSignalsInOrder)
+{
+    SampleTest test("Test");
+    test.initContainer();
+    SignalLog log(test);
+    const Clock::time_point before = Clock::now();
+
+    test.beginExecute();
+    EXPECT_TRUE(test.isRunning());
+    EXPECT_EQ(test.startCount, 1);
+    EXPECT_GE(test.getStartTime(), before);
+    EXPECT_EQ(test.getFinishTime().time_since_epoch().count(), 0);
+    EXPECT_EQ(log.entries, (std::vector<std::string>{"start", "running"}));
+
+    log.entries.clear();
+    test._finishExecute();
+    EXPECT_FALSE(test.isRunning());
+    EXPECT_GE(test.getFinishTime(), test.getStartTime());
+    EXPECT_EQ(log.entries, (std::vector<std::string>{"finish", "idle", "finished"}));
+
+    log.entries.clear();
+    test._finishExecute();
+    EXPECT_TRUE(log.entries.empty());
+}
+
+TEST(TestContainer, SecondBeginOnARunningTestIsRefused)
+{
+    SampleTest test("Distance zone 1");
+    test.initContainer();
+    test.beginExecute();
+    const Clock::time_point started = test.getStartTime();
+    SignalLog log(test);
+
+    try {
+        test.beginExecute();
+        FAIL() << "a running test began again";
+    }
+    catch (const std::logic_error& error) {
+        EXPECT_STREQ(error.what(), "Test Distance zone 1 allready running.");
+    }
+    EXPECT_TRUE(test.isRunning());
+    EXPECT_EQ(test.getStartTime(), started);
+    EXPECT_EQ(test.startCount, 1);
+    EXPECT_TRUE(log.entries.empty());
+}
+
+TEST(TestContainer, FinishCarriesTheCountersUpTheTree)
+{
+    SampleRoot root;
+    root.initContainer();
+    auto* protection = addFilled<SampleProtection>(root.getContainers(), "Protection");
+    auto* test = addFilled<SampleTest>(protection->getTests(), "Test");
+    int rootSignals = 0;
+    root.getSignalCountersChanged().connect([&rootSignals] { ++rootSignals; });
+
+    test->beginExecute();
+    test->first->setResult(ResultState::Ok);
+    test->second->setResult(ResultState::Error);
+    EXPECT_EQ(rootSignals, 0);
+    test->_finishExecute();
+
+    EXPECT_EQ(rootSignals, 1);
+    EXPECT_EQ(root.getCounters(), (TestCounters{1, 1, 0}));
+
+    test->setIsEvaluated(true);
+    test->clearResults();
+    EXPECT_EQ(rootSignals, 2);
+    EXPECT_EQ(root.getCounters(), (TestCounters{0, 0, 2}));
+    EXPECT_EQ(test->getStartTime().time_since_epoch().count(), 0);
+    EXPECT_EQ(test->getFinishTime().time_since_epoch().count(), 0);
+    EXPECT_EQ(test->getIsEvaluated(), Zem::Nullable<bool>(true));
+}
+
+TEST_F(TestContainerReport, ReportOfAFinishedTestCarriesItsTimes)
+{
+    SampleTest test("Test");
+    test.initContainer();
+    readAttributes(test, "StartTimeMs='1700000000000' FinishTimeMs='1700003723000'");
+
+    xmlpp::Document document;
+    DisplayXmlParameters parameters("/tmp");
+    test.getDisplayXml(parameters, document.create_root_node("Report"));
+    const auto* element = static_cast<const xmlpp::Element*>(document.get_root_node()->find("Node").front());
+    EXPECT_EQ(attributeOf(element, "StartDate"), "14.11.2023");
+    EXPECT_EQ(attributeOf(element, "StartTime"), "22:13:20");
+    EXPECT_EQ(attributeOf(element, "EndDate"), "14.11.2023");
+    EXPECT_EQ(attributeOf(element, "EndTime"), "23:15:23");
+    EXPECT_EQ(attributeOf(element, "ElapsedTime"), "01:02:03");
+    EXPECT_EQ(attributeOf(element, "Mode"), "<none>");
+}
+
+TEST_F(TestContainerReport, ReportOfARunningOrNeverRunTestCarriesNoTimes)
+{
+    SampleTest never("Never");
+    never.initContainer();
+    SampleTest running("Running");
+    running.initContainer();
+    running.beginExecute();
+
+    for (const SampleTest* test : {&never, &running}) {
+        SCOPED_TRACE(test->getId());
+        xmlpp::Document document;
+        DisplayXmlParameters parameters("/tmp");
+        test->getDisplayXml(parameters, document.create_root_node("Report"));
+        const auto* element = static_cast<const xmlpp::Element*>(document.get_root_node()->find("Node").front());
+        for (const char* name : {"StartDate", "StartTime", "EndDate", "EndTime", "ElapsedTime"})
+            EXPECT_EQ(attributeOf(element, name), "<none>") << name;
+    }
+}

@@ -1,0 +1,166 @@
+#pragma once
+
+#include "core/common/XmlInclude.h"
+#include "core/tree/Node.h"
+#include "core/tree/SerializationMode.h"
+#include "core/tree/TreeLocalization.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+// Trees, XML and folders shared by the result unit tests.
+namespace ResultUnitTest {
+
+inline ZemTree::SerializationMode makeMode(std::uint8_t kind, std::vector<std::string>* problems = nullptr)
+{
+    ZemTree::SerializationMode mode;
+    mode.kind = kind;
+    mode.problems = problems;
+    return mode;
+}
+
+// A test's shape as far as results go: a root "Test" with a plain section "Results". The section is not locked,
+// so its units are saved with their class and a reader makes them through NodeFactory.
+struct ResultTree {
+    ResultTree() { results = root.add(std::make_unique<ZemTree::Node>("Results")); }
+
+    template <class Unit> Unit* addUnit(std::unique_ptr<Unit> unit) { return results->add(std::move(unit)); }
+
+    template <class Unit> Unit* find(const std::string& id) const
+    {
+        return dynamic_cast<Unit*>(results->findChild(id));
+    }
+
+    ZemTree::Node root{"Test"};
+    ZemTree::Node* results = nullptr;
+};
+
+inline std::string saveToString(const ZemTree::Node& node, const ZemTree::SerializationMode& mode)
+{
+    xmlpp::Document document;
+    node.getXml(document.create_root_node("Root"), mode);
+    return document.write_to_string();
+}
+
+// Reads `node` from the first node element below the document's root.
+inline void loadFromString(ZemTree::Node& node, const std::string& xml, const ZemTree::SerializationMode& mode)
+{
+    xmlpp::DomParser parser;
+    parser.parse_memory(xml);
+    xmlpp::Element* const root = parser.get_document()->get_root_node();
+    for (xmlpp::Node* child : root->get_children(ZemTree::Node::XmlElementName)) {
+        if (auto* element = dynamic_cast<xmlpp::Element*>(child)) {
+            node.setXml(element, mode);
+            return;
+        }
+    }
+    throw std::runtime_error("no node element in " + xml);
+}
+
+// The saved form of a ResultTree with `units` in its Results section.
+inline std::string treeXml(const std::string& units)
+{
+    return "<Root><Node Id=\"Test\"><Node Id=\"Results\">" + units + "</Node></Node></Root>";
+}
+
+// A unit element of class `className` whose `Value` element carries `valueAttributes` and holds `valueContent`;
+// `more` follows the `Value` element.
+inline std::string unitXml(const std::string& id, const std::string& className, const std::string& valueAttributes,
+                           const std::string& valueContent, const std::string& more = "")
+{
+    return "<Node Id=\"" + id + "\" Class=\"" + className + "\"><Value " + valueAttributes + ">" + valueContent
+           + "</Value>" + more + "</Node>";
+}
+
+inline xmlpp::Element* firstChild(xmlpp::Element* parent, const char* name)
+{
+    if (parent == nullptr)
+        return nullptr;
+    for (xmlpp::Node* child : parent->get_children(name)) {
+        if (auto* element = dynamic_cast<xmlpp::Element*>(child))
+            return element;
+    }
+    return nullptr;
+}
+
+inline std::vector<xmlpp::Element*> children(xmlpp::Element* parent, const char* name)
+{
+    std::vector<xmlpp::Element*> found;
+    if (parent == nullptr)
+        return found;
+    for (xmlpp::Node* child : parent->get_children(name)) {
+        if (auto* element = dynamic_cast<xmlpp::Element*>(child))
+            found.push_back(element);
+    }
+    return found;
+}
+
+// The attribute's text, "<none>" when it is absent, "<no element>" without an element.
+inline std::string attribute(const xmlpp::Element* element, const char* name)
+{
+    if (element == nullptr)
+        return "<no element>";
+    const xmlpp::Attribute* const found = element->get_attribute(name);
+    return found != nullptr ? std::string(found->get_value()) : std::string("<none>");
+}
+
+// The text of the element's first text child, "" without one.
+inline std::string text(const xmlpp::Element* element)
+{
+    if (element == nullptr)
+        return "<no element>";
+    const xmlpp::TextNode* const node = element->get_child_text();
+    return node != nullptr ? std::string(node->get_content()) : std::string();
+}
+
+// The names of the element's attributes in document order.
+inline std::vector<std::string> attributeNames(const xmlpp::Element* element)
+{
+    std::vector<std::string> names;
+    for (const xmlpp::Attribute* found : element->get_attributes())
+        names.push_back(found->get_name());
+    return names;
+}
+
+// A fresh folder under the temp folder, removed with everything in it at the end of the test.
+class TempFolder {
+public:
+    TempFolder()
+    {
+        std::string pattern = (std::filesystem::temp_directory_path() / "ztr_resultunits_XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr)
+            throw std::runtime_error("cannot make a temp folder");
+        _path = pattern;
+    }
+    ~TempFolder()
+    {
+        std::error_code error;
+        std::filesystem::remove_all(_path, error);
+    }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    const std::filesystem::path& path() const { return _path; }
+
+private:
+    std::filesystem::path _path;
+};
+
+// Pins the interface language for one test and puts the former one back.
+class LanguageGuard {
+public:
+    explicit LanguageGuard(int language) : _saved(lng::language) { lng::language = language; }
+    ~LanguageGuard() { lng::language = _saved; }
+    LanguageGuard(const LanguageGuard&) = delete;
+    LanguageGuard& operator=(const LanguageGuard&) = delete;
+
+private:
+    int _saved;
+};
+
+} // namespace ResultUnitTest
