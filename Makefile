@@ -2,7 +2,7 @@
 # Both install what is missing from Debian's packages, configure, build and run.
 
 PACKAGES := cmake ninja-build g++ pkg-config libsigc++-2.0-dev libxml++2.6-dev libcairomm-1.0-dev \
-            libgtest-dev libgmock-dev libbenchmark-dev
+            libgtest-dev libgmock-dev libbenchmark-dev xsltproc
 JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD    ?= build
 
