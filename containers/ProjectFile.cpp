@@ -255,10 +255,12 @@ void writeAtomically(const std::string& path, const std::string& contents, const
     }
 }
 
-std::string documentText(xmlpp::Document& document)
+// Projects and templates are written without added blanks: a unit's data is the first child node of its `Value`
+// element, and an indenting blank before it would read back as no data. Reports are for people and are indented.
+std::string documentText(xmlpp::Document& document, bool indented)
 {
     const QuietXmlErrors quiet;
-    return document.write_to_string_formatted("UTF-8").raw();
+    return indented ? document.write_to_string_formatted("UTF-8").raw() : document.write_to_string("UTF-8").raw();
 }
 
 void writeTree(const Node& root, const std::string& path, const char* rootElement, std::uint8_t kind, const char* what)
@@ -268,7 +270,7 @@ void writeTree(const Node& root, const std::string& path, const char* rootElemen
     SerializationMode mode;
     mode.kind = kind;
     root.getXml(element, mode);
-    writeAtomically(path, documentText(document), what);
+    writeAtomically(path, documentText(document, false), what);
 }
 
 } // namespace
@@ -350,7 +352,7 @@ std::string ProjectFile::writeReport(const Node& root, const std::string& folder
     xmlpp::Element* const element = document.create_root_node(ReportElementName);
     DisplayXmlParameters parameters(folder);
     root.getDisplayXml(parameters, element);
-    writeAtomically(path, documentText(document), "report");
+    writeAtomically(path, documentText(document, true), "report");
     return path;
 }
 
