@@ -1,10 +1,12 @@
-// A project of 1,000 tests in 20 protections under a two-level hierarchy: whole-tree save, load with template
-// rebuild, report, the evaluated cascade from the root, and raw parsing of the same file for comparison.
+// A project of 1,000 tests in 20 protections under a two-level hierarchy, each test with a numeric, a string and a
+// graph result of 50 points: whole-tree save, load with template rebuild (and the resident memory it takes),
+// report, the evaluated cascade from the root, and raw parsing of the same file for comparison.
 
 #include "containers/DefendContainer.h"
 #include "containers/HierarchicalCollectionContainer.h"
 #include "containers/HierarchicalContainer.h"
 #include "containers/ProjectFile.h"
+#include "containers/ResultCollectionContainer.h"
 #include "containers/SettingsContainer.h"
 #include "containers/TestCollectionContainer.h"
 #include "containers/TestContainer.h"
@@ -13,14 +15,28 @@
 #include "core/tree/IRootContainer.h"
 #include "core/tree/NodeFactory.h"
 #include "core/tree/NodeTemplateActivatorCollection.h"
+#include "core/tree/Measures.h"
+#include "core/tree/RangeStructure.h"
+#include "core/tree/Tolerance.h"
+#include "core/tree/ToleranceItem.h"
+#include "core/tree/ToleranceReduced.h"
 #include "evaluation/IHierarchicalContainer.h"
+#include "results/NumericSettingAssessment.h"
+#include "results/ResultMultiGraphUnit.h"
+#include "results/ResultMultiNumericUnit.h"
+#include "results/ResultMultiStringUnit.h"
+#include "results/StringSettingAssessment.h"
+#include "results/graph/GraphTimeManager.h"
+#include "results/graph/ResultMultiGraph.h"
 #include "values/Unit.h"
 
 #include <benchmark/benchmark.h>
+#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <malloc.h>
 #include <unistd.h>
 
 namespace {
@@ -57,6 +73,45 @@ class BenchStage : public ZemTree::TestContainer {
 public:
     BenchStage() : ZemTree::TestContainer("Stage") {}
 
+    ZemTree::ResultMultiNumericUnit* pickup = nullptr;
+    ZemTree::ResultMultiStringUnit* contact = nullptr;
+    ZemTree::ResultMultiGraphUnit* tripTime = nullptr;
+
+    // Measured results of every kind; `withManager` false leaves the curve without a manager, so the report
+    // draws no picture.
+    void measure(int index, bool withManager)
+    {
+        auto within5 = std::make_shared<ZemTree::ToleranceReduced>(
+            Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-5, 5)),
+            Zem::Nullable<ZemTree::RangeStructure>());
+        pickup->setData(std::make_shared<ZemTree::ResultMultiNumeric>(
+            std::map<std::string, std::vector<std::string>>{
+                {"A", {"0.99"}}, {"B", {index % 7 == 0 ? "1.2" : "1.01"}}, {"C", {"1.02"}}},
+            std::make_shared<ZemTree::NumericSettingAssessment>(1.0, within5)));
+        contact->setData(std::make_shared<ZemTree::ResultMultiString>(
+            std::map<std::string, std::vector<std::string>>{{"Trip", {"closed"}}},
+            std::make_shared<ZemTree::StringSettingAssessment>("closed")));
+        std::shared_ptr<ZemTree::GraphTimeManager> manager;
+        if (withManager) {
+            auto tolerance = std::make_shared<ZemTree::Tolerance>();
+            tolerance->add(std::make_unique<ZemTree::ToleranceItem>(
+                ZemTree::RangeStructure::Standart(0, 1e6),
+                Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-5, 5)),
+                Zem::Nullable<ZemTree::RangeStructure>()));
+            manager = std::make_shared<ZemTree::GraphTimeManager>("Trip time", ZemTree::Measures::Second(), tolerance);
+            manager->setFormula("{T}*0.14/(({x}/{I})^0.02-1)");
+            manager->setIOperate(1.0);
+            manager->setTOperate(0.1);
+        }
+        std::vector<Zem::Point> points;
+        for (int i = 0; i < 50; ++i) {
+            const double multiple = 1.5 + 0.5 * i;
+            points.push_back({multiple, 0.014 / (std::pow(multiple, 0.02) - 1.0) * (1.0 + 0.001 * (i % 9))});
+        }
+        tripTime->setData(std::make_shared<ZemTree::ResultMultiGraph>(
+            std::map<std::string, std::vector<Zem::Point>>{{"Phase A", points}}, manager));
+    }
+
 protected:
     void _fillTemplate() override
     {
@@ -64,8 +119,23 @@ protected:
         getSettings()->add(std::make_unique<BenchNumberUnit>("Current", 5.0));
         getSettings()->add(std::make_unique<BenchNumberUnit>("Time", 0.3));
         getSettings()->add(std::make_unique<BenchNumberUnit>("Angle", 60.0));
+        pickup = getResults()->add(std::make_unique<ZemTree::ResultMultiNumericUnit>(
+            "Pickup", ZemTree::LocalString("Pickup"), ZemTree::LocalString::Empty(), nullptr,
+            ZemTree::Measures::Ampere()));
+        contact = getResults()->add(std::make_unique<ZemTree::ResultMultiStringUnit>(
+            "Contact", ZemTree::LocalString("Contact"), ZemTree::LocalString::Empty(), nullptr));
+        tripTime = getResults()->add(std::make_unique<ZemTree::ResultMultiGraphUnit>(
+            "TripTime", ZemTree::LocalString("Trip time"), ZemTree::LocalString::Empty(), nullptr));
     }
 };
+
+// Heap memory in use by this process, in bytes: unlike the resident size it is not hidden by pages that the
+// allocator keeps from earlier loads.
+double heapBytesInUse()
+{
+    const struct mallinfo2 info = ::mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+}
 
 class BenchProtection : public ZemTree::DefendContainer, public virtual ZemTree::IHierarchicalContainer {
 public:
@@ -116,7 +186,7 @@ public:
     std::string projectPath() const { return (_folder / "project.xml").string(); }
     std::string path(const std::string& name) const { return (_folder / name).string(); }
 
-    std::unique_ptr<BenchStation> build() const
+    std::unique_ptr<BenchStation> build(bool withManagers = true) const
     {
         ZemTree::NodeTemplateActivatorCollection& templates = ZemTree::NodeTemplateActivatorCollection::instance();
         auto root = std::make_unique<BenchStation>();
@@ -137,6 +207,7 @@ public:
                     added->initContainer();
                     added->setTemplateActivator(templates.find("BenchStage"));
                     added->setIsEvaluated(t % 3 != 0);
+                    added->measure(t, withManagers);
                 }
             }
         }
@@ -172,12 +243,21 @@ void BM_TreeLoad(benchmark::State& state)
         if (!file.getProblems().empty())
             state.SkipWithError(file.getProblems().front().c_str());
     }
+    // The memory a loaded project holds, against the size of its file.
+    const double before = heapBytesInUse();
+    std::unique_ptr<ZemTree::Node> held = file.load(workspace().projectPath());
+    const double growth = heapBytesInUse() - before;
+    const double fileBytes = static_cast<double>(fs::file_size(workspace().projectPath()));
+    state.counters["fileMB"] = fileBytes / 1e6;
+    state.counters["heldMB"] = growth / 1e6;
+    state.counters["heldPerFileByte"] = growth / fileBytes;
 }
 BENCHMARK(BM_TreeLoad)->Unit(benchmark::kMillisecond);
 
+// Without pictures: the curves carry no manager here, so the report writes XML only.
 void BM_TreeReport(benchmark::State& state)
 {
-    const std::unique_ptr<BenchStation> root = workspace().build();
+    const std::unique_ptr<BenchStation> root = workspace().build(false);
     ZemTree::ProjectFile file;
     for (auto _ : state)
         file.writeReport(*root, workspace().path("report"));
