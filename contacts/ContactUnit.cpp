@@ -8,7 +8,6 @@
 #include "core/device/HardwareVirtualChannelsHelper.h"
 #include "core/device/IBinaryStateChannel.h"
 #include "core/tree/BooleanProperty.h"
-#include "core/tree/NodeFactory.h"
 #include "core/tree/StringProperty.h"
 #include "core/tree/TreeLocalization.h"
 #include "core/tree/ValueErrors.h"
@@ -22,12 +21,6 @@
 #include <utility>
 
 namespace ZemTree {
-
-namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<ContactUnit>();
-
-} // namespace
 
 ContactUnit::ContactUnit(const std::string& id, const LocalString& description, const LocalString& secondText,
                          Data defaultData)

@@ -1,18 +1,11 @@
 #include "contacts/HardwareOutContactCollectionUnit.h"
 
 #include "contacts/HardwareBasedUnitHelper.h"
-#include "core/tree/NodeFactory.h"
 #include "core/tree/TreeLocalization.h"
 
 #include <utility>
 
 namespace ZemTree {
-
-namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<HardwareOutContactCollectionUnit>();
-
-} // namespace
 
 HardwareOutContactCollectionUnit::HardwareOutContactCollectionUnit(const std::string& id,
                                                                    const LocalString& description,

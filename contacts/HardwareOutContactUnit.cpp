@@ -1,19 +1,12 @@
 #include "contacts/HardwareOutContactUnit.h"
 
 #include "contacts/HardwareBasedUnitHelper.h"
-#include "core/tree/NodeFactory.h"
 #include "core/tree/StringProperty.h"
 #include "core/tree/TreeLocalization.h"
 
 #include <utility>
 
 namespace ZemTree {
-
-namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<HardwareOutContactUnit>();
-
-} // namespace
 
 // The family is set through the property, so the unit starts with the first channel of it.
 HardwareOutContactUnit::HardwareOutContactUnit(const std::string& id, const LocalString& description,

@@ -1,18 +1,11 @@
 #include "containers/HierarchicalContainer.h"
 
 #include "containers/HierarchicalCollectionContainer.h"
-#include "core/tree/NodeFactory.h"
 #include "localisation/TreeRelay.h"
 
 #include <memory>
 
 namespace ZemTree {
-
-namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<HierarchicalContainer>();
-
-} // namespace
 
 HierarchicalContainer::HierarchicalContainer()
     : HierarchicalContainer("HierarchicalContainer", LocalString(lng::TreeRelay::get("object")), LocalString::Empty())

@@ -1,5 +1,6 @@
 #include "containers/ProjectFile.h"
 
+#include "containers/ZemTreeRelayTreeResources.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/DisplayXmlParameters.h"
@@ -275,7 +276,10 @@ void writeTree(const Node& root, const std::string& path, const char* rootElemen
 
 } // namespace
 
-ProjectFile::ProjectFile(const std::string& templateFolder) : _templateFolder(templateFolder) {}
+ProjectFile::ProjectFile(const std::string& templateFolder) : _templateFolder(templateFolder)
+{
+    ZemTreeRelayTreeResources::registerTypes();
+}
 
 std::unique_ptr<Node> ProjectFile::load(const std::string& path)
 {

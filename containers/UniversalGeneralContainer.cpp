@@ -6,7 +6,6 @@
 #include "containers/SpecialModuleInfo.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/ActionUnit.h"
-#include "core/tree/NodeFactory.h"
 #include "core/tree/SeparateUnit.h"
 #include "localisation/TreeRelay.h"
 
@@ -17,8 +16,6 @@
 namespace ZemTree {
 
 namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<UniversalGeneralContainer>();
 
 LocalString text(const char* key)
 {

@@ -8,7 +8,6 @@
 #include "core/common/XmlInclude.h"
 #include "core/tree/DisplayXmlParameters.h"
 #include "core/tree/Measure.h"
-#include "core/tree/NodeFactory.h"
 #include "results/NumericSettingAssessment.h"
 #include "results/graph/GraphDataHeader.h"
 #include "results/graph/GraphDataRecord.h"
@@ -23,8 +22,6 @@
 namespace ZemTree {
 
 namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<ResultMultiGraphUnit>();
 
 const char* const visualElementName = "Visual";
 const char* const tableElementName = "Table";

@@ -5,7 +5,6 @@
 #include "core/tree/Measure.h"
 #include "core/tree/MeasureObject.h"
 #include "core/tree/MeasureProperty.h"
-#include "core/tree/NodeFactory.h"
 #include "core/tree/TreeLocalization.h"
 #include "results/NumericSettingAssessment.h"
 #include "results/ResultMultiNumericTypeConverter.h"
@@ -15,8 +14,6 @@
 namespace ZemTree {
 
 namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<ResultMultiNumericUnit>();
 
 const char* const measurePropertyId = "Measure";
 const char* const measureAttribute = "Measure";

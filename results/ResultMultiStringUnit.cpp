@@ -1,19 +1,12 @@
 #include "results/ResultMultiStringUnit.h"
 
 #include "core/common/XmlInclude.h"
-#include "core/tree/NodeFactory.h"
 #include "results/ResultMultiStringTypeConverter.h"
 #include "results/StringSettingAssessment.h"
 
 #include <utility>
 
 namespace ZemTree {
-
-namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<ResultMultiStringUnit>();
-
-} // namespace
 
 ResultMultiStringUnit::ResultMultiStringUnit()
     : ResultMultiStringUnit("ResultMultiStringUnit", LocalString::Empty(), LocalString::Empty(), nullptr)

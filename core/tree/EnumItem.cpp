@@ -2,15 +2,12 @@
 
 #include "core/common/XmlInclude.h"
 #include "core/tree/LocalStringTypeConverter.h"
-#include "core/tree/NodeFactory.h"
 
 #include <stdexcept>
 
 namespace ZemTree {
 
 namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<EnumItem>();
 
 const char* const valueAttribute = "Value";
 const char* const displayElement = "Display";

@@ -1,7 +1,6 @@
 #include "core/tree/EnumLimiter.h"
 
 #include "core/common/XmlInclude.h"
-#include "core/tree/NodeFactory.h"
 #include "core/tree/TreeLocalization.h"
 
 #include <stdexcept>
@@ -11,8 +10,6 @@ namespace ZemTree {
 namespace {
 
 // A shared limiter may stand below an open section, so a reader must be able to rebuild it.
-[[maybe_unused]] const bool registered = NodeFactory::registerType<EnumLimiter>();
-
 } // namespace
 
 EnumLimiter::EnumLimiter() : EnumLimiter("Limiter") {}

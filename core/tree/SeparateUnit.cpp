@@ -1,14 +1,10 @@
 #include "core/tree/SeparateUnit.h"
 
-#include "core/tree/NodeFactory.h"
-
 namespace ZemTree {
 
 namespace {
 
 // Users add these below open sections, so a reader must be able to rebuild them.
-[[maybe_unused]] const bool registered = NodeFactory::registerType<SeparateUnit>();
-
 } // namespace
 
 SeparateUnit::SeparateUnit(const std::string& id, const LocalString& description, const LocalString& secondText)

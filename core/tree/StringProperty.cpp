@@ -1,14 +1,6 @@
 #include "core/tree/StringProperty.h"
 
-#include "core/tree/NodeFactory.h"
-
 namespace ZemTree {
-
-namespace {
-
-[[maybe_unused]] const bool registered = NodeFactory::registerType<StringProperty>();
-
-} // namespace
 
 StringProperty::StringProperty(const std::string& id, const LocalString& description, const LocalString& secondText,
                                const std::string& value, bool readOnly)

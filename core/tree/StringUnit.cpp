@@ -1,15 +1,12 @@
 #include "core/tree/StringUnit.h"
 
 #include "core/common/XmlInclude.h"
-#include "core/tree/NodeFactory.h"
 
 namespace ZemTree {
 
 namespace {
 
 // Users add these below open sections, so a reader must be able to rebuild them.
-[[maybe_unused]] const bool registered = NodeFactory::registerType<StringUnit>();
-
 const char* const valueAttribute = "Value";
 
 } // namespace

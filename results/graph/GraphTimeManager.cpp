@@ -15,7 +15,6 @@
 #include "results/graph/GraphDataHeader.h"
 #include "results/graph/GraphDataRecord.h"
 #include "results/graph/GraphDataTable.h"
-#include "results/graph/GraphManagerFactory.h"
 #include "results/graph/GraphManagerHelper.h"
 
 #include <limits>
@@ -25,8 +24,6 @@
 namespace ZemTree {
 
 namespace {
-
-[[maybe_unused]] const bool registered = GraphManagerFactory::getInstance().registerType<GraphTimeManager>();
 
 std::string numberText(double value)
 {

@@ -10,7 +10,6 @@
 #include "results/graph/GraphDataHeader.h"
 #include "results/graph/GraphDataRecord.h"
 #include "results/graph/GraphDataTable.h"
-#include "results/graph/GraphManagerFactory.h"
 #include "results/graph/GraphManagerHelper.h"
 
 #include <cmath>
@@ -19,8 +18,6 @@
 namespace ZemTree {
 
 namespace {
-
-[[maybe_unused]] const bool registered = GraphManagerFactory::getInstance().registerType<GraphZPhiManager>();
 
 constexpr double DegreesPerRadian = 57.29577951308232;
 constexpr double TableStep = 0.0001;
