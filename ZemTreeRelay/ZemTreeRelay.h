@@ -71,6 +71,7 @@
 #include "core/common/ThreadHelper.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/UniversalFactory.h"
+#include "core/common/XmlFile.h"
 #include "core/common/XmlInclude.h"
 #include "core/device/AnalogPhasor.h"
 #include "core/device/HardwareLayout.h"

@@ -1,46 +1,17 @@
 #include "core/tree/NodeTemplateActivator.h"
 
+#include "core/common/XmlFile.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/Node.h"
 #include "core/tree/SerializationMode.h"
 
-#include <libxml/globals.h>
-#include <libxml/xmlerror.h>
-
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
-#include <system_error>
 
 namespace ZemTree {
 
 const char* const NodeTemplateActivator::TemplateElementName = "Template";
 
 namespace {
-
-// Templates are small; anything larger is no template and is not read into memory.
-const std::streamoff maxTemplateSize = 64 * 1024 * 1024;
-
-void ignoreXmlMessage(void*, const char*, ...) {}
-
-// libxml2 prints parse and write errors on stderr besides handing them to libxml++, which puts them into its
-// exception. The library keeps no log, so the printing is off while one template is parsed or written. The
-// handler is per thread in libxml2, so other threads keep theirs.
-class QuietXmlErrors {
-public:
-    QuietXmlErrors() : _handler(xmlGenericError), _context(xmlGenericErrorContext)
-    {
-        xmlSetGenericErrorFunc(nullptr, ignoreXmlMessage);
-    }
-    ~QuietXmlErrors() { xmlSetGenericErrorFunc(_context, _handler); }
-    QuietXmlErrors(const QuietXmlErrors&) = delete;
-    QuietXmlErrors& operator=(const QuietXmlErrors&) = delete;
-
-private:
-    xmlGenericErrorFunc _handler;
-    void* _context;
-};
 
 void report(const SerializationMode& mode, const std::string& message)
 {
@@ -51,39 +22,11 @@ void report(const SerializationMode& mode, const std::string& message)
 // Parses the template at `path` into `parser` and returns the node element, or null with `error` set.
 xmlpp::Element* parseTemplate(const std::string& path, xmlpp::DomParser& parser, std::string& error)
 {
-    // Only a regular file is opened: a pipe or a device could block the reader or never end.
-    std::error_code fileError;
-    if (!std::filesystem::is_regular_file(path, fileError)) {
-        error = "The template file '" + path + "' cannot be opened";
-        return nullptr;
-    }
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        error = "The template file '" + path + "' cannot be opened";
-        return nullptr;
-    }
-    file.seekg(0, std::ios::end);
-    const std::streamoff size = file.tellg();
-    if (size < 0 || size > maxTemplateSize) {
-        error = "The template file '" + path + "' cannot be read";
-        return nullptr;
-    }
-    file.seekg(0, std::ios::beg);
-    const std::string contents((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (contents.empty()) {
-        error = "The template file '" + path + "' is empty";
-        return nullptr;
-    }
-
-    // A template is data from disk. The parser keeps libxml++'s defaults: no DTD is loaded or validated and no
-    // entity is substituted, so nothing outside the file is fetched. Parsing from memory leaves libxml2 no file
-    // name to resolve against.
     try {
-        const QuietXmlErrors quiet;
-        parser.parse_memory_raw(reinterpret_cast<const unsigned char*>(contents.data()), contents.size());
+        Zem::XmlFile::parse(path, parser, "template file");
     }
-    catch (const std::exception& exception) {
-        error = "The template file '" + path + "' is not well-formed XML: " + exception.what();
+    catch (const std::runtime_error& exception) {
+        error = exception.what();
         return nullptr;
     }
 
@@ -155,13 +98,8 @@ void NodeTemplateActivator::saveTemplate(const Node* node, const std::string& pa
     SerializationMode mode;
     mode.kind = SerializationMode::System;
     node->getXml(root, mode);
-    try {
-        const QuietXmlErrors quiet;
-        document.write_to_file_formatted(path, "UTF-8");
-    }
-    catch (const std::exception& exception) {
-        throw std::runtime_error("The template '" + path + "' cannot be written: " + exception.what());
-    }
+    // Written without added blanks, as projects are: a unit's data is the first child node of its `Value`.
+    Zem::XmlFile::writeAtomically(path, Zem::XmlFile::toText(document, false), "template");
 }
 
 } // namespace ZemTree

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace xmlpp {
+class Document;
+class DomParser;
+} // namespace xmlpp
+
+namespace Zem {
+
+// Reading and writing whole XML files, for files that may come from anywhere.
+//
+// Reading takes only a regular file no larger than a limit, refuses a document type declaration (a project or a
+// template has no use for one: refusing it keeps external entities, network access and entity expansion out
+// altogether), loads no DTD, substitutes no entity, fetches nothing, and keeps libxml2's limits for huge
+// documents, among them the nesting depth. Errors name the file, what went wrong and, for broken XML, the line
+// and column where the parser stopped.
+//
+// Writing goes through a temporary file beside the target, flushed to disk and renamed over it, so a crash, a
+// full disk or a refused write never leaves a half-written file: the old one stays until the new one is whole.
+class XmlFile {
+public:
+    XmlFile() = delete;
+
+    // Larger files are refused before a byte is read, so that reading needs memory in proportion to what is
+    // accepted. A project with thousands of tests and all their results stays far below.
+    static const std::uintmax_t MaxFileSize;
+    // libxml2's own limit of element nesting; deeper documents are refused.
+    static const unsigned MaxDepth;
+
+    // Parses the file at `path` into `parser`. `what` names the kind of file in messages ("project",
+    // "template file"). Throws std::runtime_error "The <what> '<path>' ..." when the file cannot be read, is
+    // larger than `maxSize`, carries a document type declaration, nests too deep or is not well-formed.
+    static void parse(const std::string& path, xmlpp::DomParser& parser, const std::string& what,
+                      std::uintmax_t maxSize = MaxFileSize);
+
+    // The text of a document; blanks are added only when `indented`.
+    static std::string toText(xmlpp::Document& document, bool indented);
+
+    // Replaces the file at `path` with `contents` as told above, keeping the old file's permissions. Throws
+    // std::runtime_error "The <what> '<path>' cannot be written: <reason>"; the old file is then as it was.
+    static void writeAtomically(const std::string& path, const std::string& contents, const std::string& what);
+
+    // Whether `contents` begins, after its XML declaration, comments and processing instructions, with a
+    // document type declaration that carries anything: an internal subset or an external identifier.
+    static bool hasDocumentTypeDefinition(const std::string& contents);
+};
+
+} // namespace Zem
