@@ -1,6 +1,7 @@
 #include "containers/ProjectFile.h"
 
 #include "containers/ZemTreeRelayTreeResources.h"
+#include "containers/TestableContainer.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/XmlFile.h"
 #include "core/common/XmlInclude.h"
@@ -92,6 +93,7 @@ std::unique_ptr<Node> ProjectFile::load(const std::string& path)
     mode.kind = SerializationMode::User;
     mode.problems = &_problems;
     try {
+        const TestableContainer::StateUpdateBatch batch(root.get());
         root->setXml(element, mode);
     }
     catch (const std::exception& exception) {
@@ -115,6 +117,7 @@ void ProjectFile::read(Node& root, const std::string& path)
     mode.kind = SerializationMode::User;
     mode.problems = &_problems;
     try {
+        const TestableContainer::StateUpdateBatch batch(&root);
         root.setXml(element, mode);
     }
     catch (const std::exception& exception) {

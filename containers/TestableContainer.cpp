@@ -2,6 +2,31 @@
 
 namespace ZemTree {
 
+namespace {
+
+// The number of open StateUpdateBatch objects on this thread.
+thread_local int stateUpdateBatches = 0;
+
+} // namespace
+
+TestableContainer::StateUpdateBatch::StateUpdateBatch(Node* root) : _root(root)
+{
+    ++stateUpdateBatches;
+}
+
+TestableContainer::StateUpdateBatch::~StateUpdateBatch()
+{
+    if (--stateUpdateBatches != 0)
+        return;
+    try {
+        if (auto* testable = dynamic_cast<TestableContainer*>(_root))
+            testable->_updateState(Zem::Nullable<bool>());
+    }
+    catch (...) {
+        // A slot that throws from a destructor would end the process; the states are read afresh anyway.
+    }
+}
+
 TestableContainer::TestableContainer() : TestableContainer("TestableContainer") {}
 
 TestableContainer::TestableContainer(const std::string& id)
@@ -85,6 +110,8 @@ void TestableContainer::_updateSelfState()
 
 void TestableContainer::_updateState(Zem::Nullable<bool> direction)
 {
+    if (stateUpdateBatches != 0)
+        return;
     _updateSelfState();
     if (!direction.hasValue() || direction.getValue()) {
         // A copy: a slot of a child's signal may change this container's children.

@@ -30,6 +30,21 @@ public:
     TestCounters getCounters() const { return _checkCounters(); }
 
     SignalIsEvaluatedChanged& getSignalIsEvaluatedChanged() { return _signalIsEvaluatedChanged; }
+
+    // Holds back the publishing of states on this thread while a whole tree is read, and publishes once for
+    // the tree under `root` when the outermost batch ends. Reading a project sets the flag of every test and
+    // fills every result; publishing each of these up to the root would recount the whole tree per test.
+    // Observers see the same final states and signals for what differs from what was published before.
+    class StateUpdateBatch {
+    public:
+        explicit StateUpdateBatch(Node* root);
+        ~StateUpdateBatch();
+        StateUpdateBatch(const StateUpdateBatch&) = delete;
+        StateUpdateBatch& operator=(const StateUpdateBatch&) = delete;
+
+    private:
+        Node* _root;
+    };
     sigc::signal<void>& getSignalCountersChanged() { return _signalCountersChanged; }
 
 protected:
