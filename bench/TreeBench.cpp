@@ -1,6 +1,7 @@
-// A project of 1,000 tests in 20 protections under a two-level hierarchy, each test with a numeric, a string and a
-// graph result of 50 points: whole-tree save, load with template rebuild (and the resident memory it takes),
-// report, the evaluated cascade from the root, and raw parsing of the same file for comparison.
+// Projects of 100, 1,000 and 5,000 tests in protections of 50 tests under a two-level hierarchy, each test with a
+// numeric, a string and a graph result of 50 points: whole-tree save, load with template rebuild (and the memory
+// it holds), report with and without pictures, the evaluated cascade from the root, and raw libxml++ parsing and
+// writing of the same file for comparison. The argument of each benchmark is the number of tests.
 
 #include "containers/DefendContainer.h"
 #include "containers/HierarchicalCollectionContainer.h"
@@ -32,7 +33,9 @@
 
 #include <benchmark/benchmark.h>
 #include <cmath>
+#include <algorithm>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -44,7 +47,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int bayCount = 4;
-constexpr int protectionsPerBay = 5;
 constexpr int testsPerProtection = 50;
 
 class BenchNumberUnit : public ZemTree::Unit<double> {
@@ -150,12 +152,13 @@ public:
 // The scratch folder with the templates, the project and the report; removed at exit.
 class Workspace {
 public:
-    Workspace()
+    explicit Workspace(int testCount) : _testCount(testCount)
     {
         ZemTree::NodeFactory::registerType<BenchStage>();
         ZemTree::NodeFactory::registerType<BenchProtection>();
         ZemTree::NodeFactory::registerType<BenchStation>();
-        _folder = fs::temp_directory_path() / ("zemtree-treebench-" + std::to_string(::getpid()));
+        _folder = fs::temp_directory_path()
+                  / ("zemtree-treebench-" + std::to_string(::getpid()) + "-" + std::to_string(testCount));
         fs::create_directories(_folder / "templates");
 
         ZemTree::ProjectFile file;
@@ -191,7 +194,11 @@ public:
         ZemTree::NodeTemplateActivatorCollection& templates = ZemTree::NodeTemplateActivatorCollection::instance();
         auto root = std::make_unique<BenchStation>();
         root->initContainer();
-        for (int b = 0; b < bayCount; ++b) {
+        // Built as a reading would: the states are published once at the end.
+        const ZemTree::TestableContainer::StateUpdateBatch batch(root.get());
+        const int protectionsPerBay = std::max(1, _testCount / testsPerProtection / bayCount);
+        const int perProtection = std::min(testsPerProtection, _testCount);
+        for (int b = 0; b < bayCount && b * protectionsPerBay * perProtection < _testCount; ++b) {
             auto* bay = root->getContainers()->add(std::make_unique<ZemTree::HierarchicalContainer>(
                 "Bay" + std::to_string(b), ZemTree::LocalString("Bay " + std::to_string(b)), ""));
             bay->initContainer();
@@ -200,7 +207,7 @@ public:
                 protection->setDescription("Protection " + std::to_string(p));
                 protection->initContainer();
                 protection->setTemplateActivator(templates.find("BenchProtection"));
-                for (int t = 0; t < testsPerProtection; ++t) {
+                for (int t = 0; t < perProtection; ++t) {
                     auto stage = std::make_unique<BenchStage>();
                     stage->setDescription("Stage " + std::to_string(t));
                     auto* added = protection->getTests()->add(std::move(stage));
@@ -215,75 +222,116 @@ public:
     }
 
 private:
+    int _testCount;
     fs::path _folder;
 };
 
-Workspace& workspace()
+Workspace& workspace(benchmark::State& state)
 {
-    static Workspace instance;
-    return instance;
+    static std::map<int, std::unique_ptr<Workspace>> instances;
+    const int testCount = static_cast<int>(state.range(0));
+    std::unique_ptr<Workspace>& instance = instances[testCount];
+    if (!instance)
+        instance = std::make_unique<Workspace>(testCount);
+    return *instance;
 }
+
+#define TREE_SIZES ->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)
 
 void BM_TreeSave(benchmark::State& state)
 {
-    const std::unique_ptr<BenchStation> root = workspace().build();
+    Workspace& space = workspace(state);
+    const std::unique_ptr<BenchStation> root = space.build();
     ZemTree::ProjectFile file;
     for (auto _ : state)
-        file.save(*root, workspace().path("saved.xml"));
-    state.counters["bytes"] = static_cast<double>(fs::file_size(workspace().path("saved.xml")));
+        file.save(*root, space.path("saved.xml"));
+    state.counters["bytes"] = static_cast<double>(fs::file_size(space.path("saved.xml")));
 }
-BENCHMARK(BM_TreeSave)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TreeSave) TREE_SIZES;
 
 void BM_TreeLoad(benchmark::State& state)
 {
-    ZemTree::ProjectFile file(workspace().templateFolder());
+    Workspace& space = workspace(state);
+    ZemTree::ProjectFile file(space.templateFolder());
     for (auto _ : state) {
-        std::unique_ptr<ZemTree::Node> root = file.load(workspace().projectPath());
+        std::unique_ptr<ZemTree::Node> root = file.load(space.projectPath());
         benchmark::DoNotOptimize(root.get());
         if (!file.getProblems().empty())
             state.SkipWithError(file.getProblems().front().c_str());
+        // Tearing the tree down is not part of loading it.
+        state.PauseTiming();
+        root.reset();
+        state.ResumeTiming();
     }
     // The memory a loaded project holds, against the size of its file.
     const double before = heapBytesInUse();
-    std::unique_ptr<ZemTree::Node> held = file.load(workspace().projectPath());
+    std::unique_ptr<ZemTree::Node> held = file.load(space.projectPath());
     const double growth = heapBytesInUse() - before;
-    const double fileBytes = static_cast<double>(fs::file_size(workspace().projectPath()));
+    const double fileBytes = static_cast<double>(fs::file_size(space.projectPath()));
     state.counters["fileMB"] = fileBytes / 1e6;
     state.counters["heldMB"] = growth / 1e6;
     state.counters["heldPerFileByte"] = growth / fileBytes;
 }
-BENCHMARK(BM_TreeLoad)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TreeLoad) TREE_SIZES;
 
-// Without pictures: the curves carry no manager here, so the report writes XML only.
-void BM_TreeReport(benchmark::State& state)
+// Without pictures: the curves carry no manager, so the report writes XML only.
+void BM_TreeReportWithoutImages(benchmark::State& state)
 {
-    const std::unique_ptr<BenchStation> root = workspace().build(false);
+    Workspace& space = workspace(state);
+    const std::unique_ptr<BenchStation> root = space.build(false);
     ZemTree::ProjectFile file;
     for (auto _ : state)
-        file.writeReport(*root, workspace().path("report"));
+        file.writeReport(*root, space.path("report"));
 }
-BENCHMARK(BM_TreeReport)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TreeReportWithoutImages) TREE_SIZES;
+
+// With pictures: every trip-time curve is drawn into a PNG of its own.
+void BM_TreeReportWithImages(benchmark::State& state)
+{
+    Workspace& space = workspace(state);
+    const std::unique_ptr<BenchStation> root = space.build(true);
+    ZemTree::ProjectFile file;
+    for (auto _ : state) {
+        file.writeReport(*root, space.path("report-images"));
+        state.PauseTiming();
+        fs::remove_all(space.path("report-images"));
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_TreeReportWithImages)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 void BM_TreeSetIsEvaluatedOnRoot(benchmark::State& state)
 {
-    const std::unique_ptr<BenchStation> root = workspace().build();
+    const std::unique_ptr<BenchStation> root = workspace(state).build();
     bool value = true;
     for (auto _ : state) {
         root->setIsEvaluated(value);
         value = !value;
     }
 }
-BENCHMARK(BM_TreeSetIsEvaluatedOnRoot)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TreeSetIsEvaluatedOnRoot) TREE_SIZES;
 
 void BM_TreeRawParse(benchmark::State& state)
 {
-    const std::string path = workspace().projectPath();
+    const std::string path = workspace(state).projectPath();
     for (auto _ : state) {
         xmlpp::DomParser parser;
         parser.parse_file(path);
         benchmark::DoNotOptimize(parser.get_document());
     }
 }
-BENCHMARK(BM_TreeRawParse)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TreeRawParse) TREE_SIZES;
+
+// The same document written back by libxml++ alone: the floor of what a save can cost.
+void BM_TreeRawWrite(benchmark::State& state)
+{
+    Workspace& space = workspace(state);
+    xmlpp::DomParser parser;
+    parser.parse_file(space.projectPath());
+    const std::string path = space.path("raw.xml");
+    for (auto _ : state)
+        parser.get_document()->write_to_file(path, "UTF-8");
+}
+BENCHMARK(BM_TreeRawWrite) TREE_SIZES;
 
 } // namespace

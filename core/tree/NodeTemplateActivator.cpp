@@ -6,6 +6,7 @@
 #include "core/tree/SerializationMode.h"
 
 #include <stdexcept>
+#include <sys/stat.h>
 
 namespace ZemTree {
 
@@ -52,16 +53,42 @@ NodeTemplateActivator::NodeTemplateActivator(NodeTemplateActivatorCollection* ow
 {
 }
 
+NodeTemplateActivator::~NodeTemplateActivator() = default;
+
+std::shared_ptr<xmlpp::DomParser> NodeTemplateActivator::_parsed(xmlpp::Element*& element, std::string& error) const
+{
+    struct stat status {};
+    const bool exists = ::stat(_path.c_str(), &status) == 0;
+    if (exists && _parser && status.st_size == _parsedSize && status.st_mtim.tv_sec == _parsedTime
+        && status.st_mtim.tv_nsec == _parsedTimeNanoseconds) {
+        element = _parsedElement;
+        return _parser;
+    }
+    auto parser = std::make_shared<xmlpp::DomParser>();
+    element = parseTemplate(_path, *parser, error);
+    if (element == nullptr) {
+        _parser.reset();
+        return nullptr;
+    }
+    _parser = parser;
+    _parsedElement = element;
+    // A file that vanished after it was read is read again next time.
+    _parsedSize = exists ? static_cast<long long>(status.st_size) : -1;
+    _parsedTime = status.st_mtim.tv_sec;
+    _parsedTimeNanoseconds = status.st_mtim.tv_nsec;
+    return parser;
+}
+
 bool NodeTemplateActivator::fill(Node* node, const SerializationMode& mode) const
 {
     if (node == nullptr) {
         report(mode, "No node to fill from the template '" + _path + "'");
         return false;
     }
-    xmlpp::DomParser parser;
     std::string error;
-    xmlpp::Element* const element = parseTemplate(_path, parser, error);
-    if (element == nullptr) {
+    xmlpp::Element* element = nullptr;
+    const std::shared_ptr<xmlpp::DomParser> parser = _parsed(element, error);
+    if (parser == nullptr) {
         report(mode, error);
         return false;
     }

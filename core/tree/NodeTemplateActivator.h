@@ -1,6 +1,13 @@
 #pragma once
 
+#include <ctime>
+#include <memory>
 #include <string>
+
+namespace xmlpp {
+class DomParser;
+class Element;
+} // namespace xmlpp
 
 namespace ZemTree {
 
@@ -27,7 +34,9 @@ public:
     const std::string& getPath() const { return _path; }
 
     // Reads the template file and lets `node` read its structure from it with `mode`. The file is parsed without
-    // DTD, entity substitution or network access. A null node, a missing, unreadable or malformed file, or a
+    // DTD, entity substitution or network access. The parsed file is kept for the next fill while the file's
+    // size and modification time stay the same, so that a project of many alike tests reads it once. Like all
+    // reading of trees, filling belongs to one thread at a time. A null node, a missing, unreadable or malformed file, or a
     // document that is no template is added to `mode.problems` and gives false with the node untouched; what the
     // node itself meets while reading goes to the same list, and an exception it throws ends the reading with
     // false. True when the node has read the template.
@@ -41,12 +50,24 @@ public:
     // null node and std::runtime_error when the file cannot be written.
     static void saveTemplate(const Node* node, const std::string& path);
 
+    ~NodeTemplateActivator();
+
 private:
+    // The parsed template, from the cache when the file has not changed, and its node element in `element`;
+    // null with `error` set when it cannot be read. The caller holds the document while it reads the element,
+    // so that a nested fill of the same template cannot drop it.
+    std::shared_ptr<xmlpp::DomParser> _parsed(xmlpp::Element*& element, std::string& error) const;
+
     NodeTemplateActivatorCollection* _owner;
     std::string _name;
     std::string _path;
     mutable bool _isRootClassNameRead = false;
     mutable std::string _rootClassName;
+    mutable std::shared_ptr<xmlpp::DomParser> _parser;
+    mutable xmlpp::Element* _parsedElement = nullptr;
+    mutable std::time_t _parsedTime = 0;
+    mutable long _parsedTimeNanoseconds = 0;
+    mutable long long _parsedSize = -1;
 };
 
 } // namespace ZemTree

@@ -19,6 +19,7 @@
 
 #include <limits>
 #include <sstream>
+#include <unordered_map>
 #include <utility>
 
 namespace ZemTree {
@@ -132,15 +133,25 @@ double GraphTimeManager::CalculateTime(const std::string& formula, double iOpera
     std::string concrete = Zem::StringHelper::replaceAll(formula, "{T}", numberText(tOperate));
     concrete = Zem::StringHelper::replaceAll(concrete, "{I}", numberText(iOperate));
     concrete = Zem::StringHelper::replaceAll(concrete, "{x}", numberText(x));
+    // The concrete text holds no references, so its value never changes: a project of alike tests asks for the
+    // same few texts again and again. The memo is per thread and forgets everything when it is full.
+    thread_local std::unordered_map<std::string, double> memo;
+    const auto known = memo.find(concrete);
+    if (known != memo.end())
+        return known->second;
+
     const std::shared_ptr<Formula::FormulaParserResult> parsed = Formula::FormulaParser::separate(concrete);
     const Zem::Out<std::shared_ptr<Formula::ValueExpression>> out =
         Formula::FormulaEvaluator::calculate(parsed.get(), Formula::Resolver());
     double time = 0.0;
     std::string timeText;
-    if (out.value && !out.error && out.value->tryConvertToString(timeText)
-        && Zem::tryConvert<double, true>(timeText, time))
-        return time;
-    return std::numeric_limits<double>::quiet_NaN();
+    if (!(out.value && !out.error && out.value->tryConvertToString(timeText)
+          && Zem::tryConvert<double, true>(timeText, time)))
+        time = std::numeric_limits<double>::quiet_NaN();
+    if (memo.size() >= 4096)
+        memo.clear();
+    memo.emplace(std::move(concrete), time);
+    return time;
 }
 
 void GraphTimeManager::FillsettingsVector(const xmlpp::Element* element, const std::string& name,

@@ -7,6 +7,7 @@
 #include "core/tree/NodeTemplateActivatorCollection.h"
 #include "core/tree/SerializationMode.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -106,6 +107,38 @@ TEST(NodeTemplateActivatorTest, SavedTemplateFillsAFreshNode)
     ASSERT_NE(nullptr, zset);
     EXPECT_EQ("Уставка Z", zset->getLocalDescription().getValue("ru"));
     EXPECT_NE(nullptr, dynamic_cast<const OtherTemplateTestNode*>(fresh.findChild("Settings")->findChild("Tset")));
+}
+
+TEST(NodeTemplateActivatorTest, ChangedFileIsReadAgain)
+{
+    const TempFolder temp;
+    const std::unique_ptr<Node> sample = makeSample();
+    NodeTemplateActivator::saveTemplate(sample.get(), temp.file("Distance.xml"));
+    NodeTemplateActivatorCollection collection;
+    NodeTemplateActivator* const activator = collection.add("Distance", temp.file("Distance.xml"));
+    SerializationMode mode;
+
+    TemplateTestNode first;
+    ASSERT_TRUE(activator->fill(&first, mode));
+    // Same size and a new time, then a new size: both are a new template.
+    sample->findChild("Settings")->findChild("Zset")->setDescription(ZemTree::LocalString::create("Z SET", "Уставка Z"));
+    NodeTemplateActivator::saveTemplate(sample.get(), temp.file("Distance.xml"));
+    fs::last_write_time(temp.file("Distance.xml"), fs::last_write_time(temp.file("Distance.xml")) + std::chrono::seconds(5));
+    TemplateTestNode second;
+    ASSERT_TRUE(activator->fill(&second, mode));
+    EXPECT_EQ(second.findChild("Settings")->findChild("Zset")->getDescription(), "Z SET");
+
+    sample->findChild("Settings")->add(std::make_unique<TemplateTestNode>("Angle"));
+    NodeTemplateActivator::saveTemplate(sample.get(), temp.file("Distance.xml"));
+    TemplateTestNode third;
+    ASSERT_TRUE(activator->fill(&third, mode));
+    EXPECT_NE(third.findChild("Settings")->findChild("Angle"), nullptr);
+    EXPECT_EQ(toXml(*sample), toXml(third));
+
+    // A template that went away is no template any more.
+    fs::remove(temp.file("Distance.xml"));
+    TemplateTestNode fourth;
+    EXPECT_FALSE(activator->fill(&fourth, mode));
 }
 
 TEST(NodeTemplateActivatorTest, BadFilesAreReportedAndLeaveTheNodeAlone)
