@@ -1,0 +1,83 @@
+#include "relay/ContactCheckTest.h"
+
+#include "containers/ResultCollectionContainer.h"
+#include "core/device/IVirtualBinaryInputChannel.h"
+#include "core/device/IVirtualBinaryOutputChannel.h"
+#include "core/tree/Measures.h"
+#include "relay/DemoRelay.h"
+#include "relay/DemoRelayCommon.h"
+#include "relay/RelayLogic.h"
+#include "relay/SettingUnit.h"
+#include "results/ResultMultiString.h"
+#include "results/ResultMultiStringUnit.h"
+#include "results/StringSettingAssessment.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace ZemDemo {
+
+const char* const ContactCheckTest::Follows = "follows";
+const char* const ContactCheckTest::DoesNotFollow = "does not follow";
+
+ContactCheckTest::ContactCheckTest() : RelayTestBase("ContactCheckTest") {}
+
+ContactCheckTest::ContactCheckTest(const std::string& id, const ZemTree::LocalString& description)
+    : RelayTestBase(id, description)
+{
+}
+
+ContactCheckTest::~ContactCheckTest()
+{
+    _stopAndJoin();
+}
+
+void ContactCheckTest::_fillTemplate()
+{
+    RelayTestBase::_fillTemplate();
+    _repetitions = _addSetting("Repetitions", ZemTree::LocalString::create("Repetitions", "Повторы"), 3.0,
+                               ZemTree::Measures::None());
+    _timeout = _addSetting("Timeout", ZemTree::LocalString::create("Time-out", "Время ожидания"), 0.2,
+                           ZemTree::Measures::Second());
+    _contactResult = getResults()->add(std::make_unique<ZemTree::ResultMultiStringUnit>(
+        "Contact", ZemTree::LocalString::create("Follower contact", "Повторитель"), ZemTree::LocalString::Empty(),
+        nullptr));
+}
+
+void ContactCheckTest::_prepare()
+{
+    _runRepetitions = static_cast<int>(std::lround(std::clamp(_settingValue(_repetitions), 1.0, 100.0)));
+    _runTimeout = std::clamp(_settingValue(_timeout), 0.001, 10.0);
+    _contactResult->clearResult();
+}
+
+void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
+{
+    ZemDevice::IVirtualBinaryOutputChannel* const output = findOutput(relay, RelayLogic::ContactOutputPath);
+    ZemDevice::IVirtualBinaryInputChannel* const input = findInput(relay, RelayLogic::ContactInputPath);
+    const auto timeout = std::chrono::milliseconds(std::llround(_runTimeout * 1000.0));
+
+    std::map<std::string, std::vector<std::string>> checks;
+    for (int repetition = 1; repetition <= _runRepetitions && !_isStopRequested(); ++repetition) {
+        for (const bool state : {true, false}) {
+            output->setState(state);
+            const bool isFollowed = _waitForInput(input, state, timeout).has_value();
+            if (_isStopRequested())
+                break;
+            const std::string key = state ? "Close" : "Open";
+            checks[key].push_back(isFollowed ? Follows : DoesNotFollow);
+            _report(key + " " + std::to_string(repetition) + ": the contact " + (isFollowed ? Follows : DoesNotFollow));
+        }
+    }
+    output->setState(false);
+
+    if (checks.empty())
+        return;
+    _contactResult->setData(std::make_shared<ZemTree::ResultMultiString>(
+        checks, std::make_shared<ZemTree::StringSettingAssessment>(Follows)));
+}
+
+} // namespace ZemDemo

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "relay/RelayTestBase.h"
+
+namespace ZemTree {
+class ResultMultiStringUnit;
+}
+
+namespace ZemDemo {
+
+// Checks a contact of the relay that follows a binary output of the test set: the output closes and opens a
+// few times, and each time the input it drives must follow within the time-out.
+class ContactCheckTest : public RelayTestBase {
+public:
+    // What a check records for each switching.
+    static const char* const Follows;
+    static const char* const DoesNotFollow;
+
+    ContactCheckTest();
+    ContactCheckTest(const std::string& id, const ZemTree::LocalString& description);
+    ~ContactCheckTest() override;
+
+    ZemTree::ResultMultiStringUnit* getContactResult() const { return _contactResult; }
+
+protected:
+    void _fillTemplate() override;
+    void _prepare() override;
+    void _execute(SimulatedRelayUnderTest& relay) override;
+
+private:
+    SettingUnit* _repetitions = nullptr;
+    SettingUnit* _timeout = nullptr;
+    ZemTree::ResultMultiStringUnit* _contactResult = nullptr;
+
+    // Copied when a run starts; read by the test's thread only.
+    int _runRepetitions = 0;
+    double _runTimeout = 0.0;
+};
+
+} // namespace ZemDemo

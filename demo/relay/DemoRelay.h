@@ -1,0 +1,78 @@
+#pragma once
+
+#include "core/device/HardwareManager.h"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ZemTree {
+class ITestContainer;
+class Node;
+} // namespace ZemTree
+
+namespace ZemDemo {
+
+class RelayLogic;
+
+// Makes every node class of the example tests known to the node factory, so that saved projects and templates
+// load. Safe to call more than once; the classes also register themselves when the library is linked in.
+void registerDemoTypes();
+
+// The settings of the simulated relay under test. Times are those of the relay's own scale; the relay runs
+// `timeScale` times as long (0.1 runs ten times faster) and reports unscaled times.
+struct RelaySettings {
+    // "standard", "very" or "extremely" inverse.
+    std::string curve = "standard";
+    double pickup = 1.0;
+    double timeMultiplier = 0.1;
+    // The reach of the distance zone in ohms, resistive and reactive.
+    double zoneR = 10, zoneX = 10;
+    unsigned seed = 1;
+    // The relative standard deviation of what the relay records about its operations.
+    double noise = 0.02;
+    double timeScale = 0.1;
+};
+
+// A simulated test set with a relay wired to it: an inverse-time overcurrent stage with a start and a trip
+// contact, a distance zone, and a contact that follows a binary output. The relay runs on threads of its own;
+// it is destroyed only after every run that drives it has ended.
+class SimulatedRelayUnderTest {
+public:
+    // Throws std::logic_error for settings the relay cannot run with.
+    explicit SimulatedRelayUnderTest(const RelaySettings& settings = {});
+    ~SimulatedRelayUnderTest();
+    SimulatedRelayUnderTest(const SimulatedRelayUnderTest&) = delete;
+    SimulatedRelayUnderTest& operator=(const SimulatedRelayUnderTest&) = delete;
+
+    ZemDevice::HardwareManager& getHardware();
+    const RelaySettings& getSettings() const;
+
+    // The relay's own logic: what the tests read back from it besides its contacts.
+    RelayLogic& getLogic();
+
+private:
+    RelaySettings _settings;
+    std::unique_ptr<ZemDevice::HardwareManager> _hardware;
+    std::unique_ptr<RelayLogic> _logic;
+};
+
+// The sample project: a "Substation" with the protections "Overcurrent", "Distance" and "Contacts" and the four
+// example tests below them, every test chosen.
+std::unique_ptr<ZemTree::Node> buildSampleProject();
+
+// Hands the relay (and its test set) to every example test below `root`.
+void attachRelay(ZemTree::Node* root, SimulatedRelayUnderTest& relay);
+
+// The chosen tests below `root` in tree order; with filters, only those whose hierarchical id starts with one
+// of them.
+std::vector<ZemTree::ITestContainer*> collectChosenTests(ZemTree::Node* root,
+                                                         const std::vector<std::string>& pathFilters = {});
+
+// Writes "sample-project.xml" and a template "<Class>.xml" per example test class into `folder`.
+// Throws std::runtime_error when a file cannot be written.
+void writeSampleFiles(const std::string& folder);
+
+} // namespace ZemDemo

@@ -1,0 +1,59 @@
+#include "relay/DemoRelayCommon.h"
+
+#include "core/device/HardwareVirtualChannels.h"
+#include "core/device/IVirtualAnalogOutputGroup.h"
+#include "core/device/IVirtualBinaryInputChannel.h"
+#include "core/device/IVirtualBinaryOutputChannel.h"
+#include "relay/DemoRelay.h"
+#include "relay/RelayLogic.h"
+
+#include <iomanip>
+#include <locale>
+#include <sstream>
+#include <stdexcept>
+
+namespace ZemDemo {
+
+namespace {
+
+template <class T> T* findChannel(SimulatedRelayUnderTest& relay, const std::string& path)
+{
+    T* const channel = relay.getHardware().getVirtualChannels()->find<T>(path);
+    if (channel == nullptr)
+        throw std::logic_error("The test set has no " + path);
+    return channel;
+}
+
+} // namespace
+
+ZemDevice::IVirtualAnalogOutputGroup* findAnalogGroup(SimulatedRelayUnderTest& relay, const std::string& path)
+{
+    return findChannel<ZemDevice::IVirtualAnalogOutputGroup>(relay, path);
+}
+
+ZemDevice::IVirtualBinaryInputChannel* findInput(SimulatedRelayUnderTest& relay, const std::string& path)
+{
+    return findChannel<ZemDevice::IVirtualBinaryInputChannel>(relay, path);
+}
+
+ZemDevice::IVirtualBinaryOutputChannel* findOutput(SimulatedRelayUnderTest& relay, const std::string& path)
+{
+    return findChannel<ZemDevice::IVirtualBinaryOutputChannel>(relay, path);
+}
+
+void settle(SimulatedRelayUnderTest& relay)
+{
+    if (!relay.getLogic().waitSettled(SettleTimeout))
+        throw std::runtime_error("The relay does not answer");
+}
+
+std::string formatNumber(double value, int digits)
+{
+    // Independent of the global locale, so that a saved measurement reads back the same everywhere.
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << std::fixed << std::setprecision(digits) << value;
+    return text.str();
+}
+
+} // namespace ZemDemo

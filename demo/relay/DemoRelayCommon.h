@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace ZemDevice {
+class IVirtualAnalogOutputGroup;
+class IVirtualBinaryInputChannel;
+class IVirtualBinaryOutputChannel;
+} // namespace ZemDevice
+
+namespace ZemDemo {
+
+class SimulatedRelayUnderTest;
+
+// How long a test waits for the relay to look at a change before it gives up on it.
+constexpr std::chrono::milliseconds SettleTimeout(2000);
+
+// The channels of the relay's test set by path; throws std::logic_error when the test set has no such channel.
+ZemDevice::IVirtualAnalogOutputGroup* findAnalogGroup(SimulatedRelayUnderTest& relay, const std::string& path);
+ZemDevice::IVirtualBinaryInputChannel* findInput(SimulatedRelayUnderTest& relay, const std::string& path);
+ZemDevice::IVirtualBinaryOutputChannel* findOutput(SimulatedRelayUnderTest& relay, const std::string& path);
+
+// Waits for the relay to settle; throws std::runtime_error when it does not answer.
+void settle(SimulatedRelayUnderTest& relay);
+
+// A number for progress lines and measured values, with `digits` after the point.
+std::string formatNumber(double value, int digits);
+
+} // namespace ZemDemo

@@ -1,0 +1,192 @@
+#include "relay/ImpedanceZoneTest.h"
+
+#include "containers/ResultCollectionContainer.h"
+#include "core/common/ConvertionHelper.h"
+#include "core/common/XmlInclude.h"
+#include "core/device/IVirtualAnalogOutputGroup.h"
+#include "core/device/IVirtualBinaryInputChannel.h"
+#include "core/tree/Measures.h"
+#include "relay/DemoRelay.h"
+#include "relay/DemoRelayCommon.h"
+#include "relay/RelayLogic.h"
+#include "relay/SettingUnit.h"
+#include "results/ResultMultiGraphUnit.h"
+#include "results/graph/GraphZPhiManager.h"
+#include "results/graph/ResultMultiGraph.h"
+
+#include <cmath>
+#include <map>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+
+namespace ZemDemo {
+
+namespace {
+
+const char* const anglesAttribute = "Angles";
+const char* const curveKey = "Zone 1 reach";
+constexpr double Pi = 3.14159265358979323846;
+
+std::vector<Zem::PointF> scaled(const std::vector<Zem::Point>& polygon, double factor)
+{
+    std::vector<Zem::PointF> points;
+    for (const Zem::Point& point : polygon)
+        points.push_back({static_cast<float>(point.x * factor), static_cast<float>(point.y * factor)});
+    return points;
+}
+
+std::vector<double> anglesFromText(const std::string& text)
+{
+    std::vector<double> angles;
+    std::istringstream stream(text);
+    std::string item;
+    while (std::getline(stream, item, ';')) {
+        double value = 0.0;
+        if (!Zem::fromText(item, value) || !std::isfinite(value))
+            throw std::runtime_error("Not an angle: \"" + item + "\"");
+        angles.push_back(value);
+    }
+    if (angles.empty())
+        throw std::runtime_error("An impedance zone test needs at least one angle");
+    return angles;
+}
+
+} // namespace
+
+ImpedanceZoneTest::ImpedanceZoneTest() : RelayTestBase("ImpedanceZoneTest") {}
+
+ImpedanceZoneTest::ImpedanceZoneTest(const std::string& id, const ZemTree::LocalString& description)
+    : RelayTestBase(id, description)
+{
+}
+
+ImpedanceZoneTest::~ImpedanceZoneTest()
+{
+    _stopAndJoin();
+}
+
+void ImpedanceZoneTest::_fillTemplate()
+{
+    RelayTestBase::_fillTemplate();
+    _tolerance = _addSetting("Tolerance", ZemTree::LocalString::create("Reach tolerance", "Допуск"), 5.0,
+                             ZemTree::Measures::Percent());
+    _steps = _addSetting("Steps", ZemTree::LocalString::create("Search steps", "Шаги поиска"), 6.0,
+                         ZemTree::Measures::None());
+    _reachResult = getResults()->add(std::make_unique<ZemTree::ResultMultiGraphUnit>(
+        "Reach", ZemTree::LocalString::create("Zone reach", "Граница зоны"), ZemTree::LocalString::Empty(), nullptr));
+}
+
+void ImpedanceZoneTest::_prepare()
+{
+    _runAngles = _angles;
+    _runTolerance = _settingValue(_tolerance);
+    _runSteps = static_cast<int>(std::lround(std::clamp(_settingValue(_steps), 0.0, 20.0)));
+    _reachResult->clearResult();
+}
+
+void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
+{
+    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
+    ZemDevice::IVirtualAnalogOutputGroup* const voltages = findAnalogGroup(relay, RelayLogic::VoltageGroupPath);
+    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, RelayLogic::ZoneStartInputPath);
+    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, RelayLogic::ZoneTripInputPath);
+    const RelaySettings& settings = relay.getSettings();
+    const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(settings.zoneR, settings.zoneX);
+    // Below the overcurrent pickup, so that only the distance zone answers.
+    const double current = std::max(0.5 * settings.pickup, 2.0 * RelayLogic::ZoneMinimumCurrent);
+    const auto tripTimeout =
+        std::chrono::milliseconds(1000)
+        + std::chrono::milliseconds(std::llround(2000.0 * RelayLogic::ZoneOperateTime * settings.timeScale));
+
+    // One shot at `impedance` ohms along `angle`: true when the relay trips, nothing when the test was stopped.
+    const auto shoot = [&](double impedance, double angle) -> std::optional<bool> {
+        // The voltage first: without current the zone does not measure, so it never sees a half-set fault.
+        voltages->setPhasor(0, {impedance * current, angle, 50.0});
+        currents->setPhasor(0, {current, 0.0, 50.0});
+        settle(relay);
+        bool isTripped = false;
+        if (start->getState()) {
+            isTripped = _waitForInput(trip, true, tripTimeout).has_value();
+            if (!isTripped && !_isStopRequested())
+                _report("Zone started at " + formatNumber(impedance, 3) + " Ohm but did not trip");
+        }
+        currents->setPhasor(0, {0.0, 0.0, 50.0});
+        voltages->setPhasor(0, {0.0, 0.0, 50.0});
+        settle(relay);
+        if (_isStopRequested())
+            return std::nullopt;
+        return isTripped;
+    };
+
+    std::vector<Zem::Point> points;
+    for (const double angle : _runAngles) {
+        const double reach = RelayLogic::rayReach(polygon, angle);
+        double inside = 0.5 * reach;
+        double outside = 1.5 * reach;
+        const std::optional<bool> nearShot = shoot(inside, angle);
+        if (!nearShot)
+            break;
+        const std::optional<bool> farShot = nearShot.value() ? shoot(outside, angle) : std::optional<bool>(true);
+        if (!farShot)
+            break;
+        double found = 0.0;
+        if (!*nearShot)
+            found = inside;
+        else if (*farShot)
+            found = outside;
+        else {
+            bool isStopped = false;
+            for (int step = 0; step < _runSteps; ++step) {
+                const double middle = (inside + outside) / 2.0;
+                const std::optional<bool> shot = shoot(middle, angle);
+                if (!shot) {
+                    isStopped = true;
+                    break;
+                }
+                (*shot ? inside : outside) = middle;
+            }
+            if (isStopped)
+                break;
+            found = (inside + outside) / 2.0;
+        }
+        _report(formatNumber(angle, 1) + " deg: reach " + formatNumber(found, 3) + " Ohm, setting "
+                + formatNumber(reach, 3) + " Ohm");
+        points.push_back({found * std::cos(angle * Pi / 180.0), found * std::sin(angle * Pi / 180.0)});
+    }
+
+    if (points.empty())
+        return;
+    auto manager = std::make_shared<ZemTree::GraphZPhiManager>();
+    std::vector<Zem::PointF> outer = scaled(polygon, 1.0 + _runTolerance / 100.0);
+    std::vector<Zem::PointF> inner = scaled(polygon, 1.0 - _runTolerance / 100.0);
+    manager->setSettingsFigures(outer, Zem::Color::Red(), inner, Zem::Color::Orange());
+    _reachResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
+        std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+}
+
+void ImpedanceZoneTest::_setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode)
+{
+    RelayTestBase::_setExtendedXml(own, mode);
+    const xmlpp::Attribute* const attribute = own->get_attribute(anglesAttribute);
+    if (attribute == nullptr)
+        return;
+    try {
+        _angles = anglesFromText(attribute->get_value());
+    }
+    catch (const std::runtime_error& error) {
+        _onSerializationError(error.what(), mode);
+    }
+}
+
+void ImpedanceZoneTest::_getExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) const
+{
+    RelayTestBase::_getExtendedXml(own, mode);
+    std::string text;
+    for (const double angle : _angles)
+        text += (text.empty() ? "" : ";") + Zem::convertToString<double, true>(angle, 2);
+    own->set_attribute(anglesAttribute, text);
+}
+
+} // namespace ZemDemo

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "relay/RelayTestBase.h"
+
+#include <vector>
+
+namespace ZemTree {
+class ResultMultiGraphUnit;
+}
+
+namespace ZemDemo {
+
+// Finds the reach of the distance zone along rays of the R-X plane: shots at impedances inside the zone must
+// trip and shots outside must not, and a search between them narrows down the boundary. Each boundary point is
+// judged against the zone polygon widened and narrowed by the tolerance.
+class ImpedanceZoneTest : public RelayTestBase {
+public:
+    ImpedanceZoneTest();
+    ImpedanceZoneTest(const std::string& id, const ZemTree::LocalString& description);
+    ~ImpedanceZoneTest() override;
+
+    ZemTree::ResultMultiGraphUnit* getReachResult() const { return _reachResult; }
+
+    // The directions of the rays in degrees, saved as the attribute `Angles` ("0;45;75").
+    const std::vector<double>& getAngles() const { return _angles; }
+
+protected:
+    void _fillTemplate() override;
+    void _prepare() override;
+    void _execute(SimulatedRelayUnderTest& relay) override;
+
+    void _setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) override;
+    void _getExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) const override;
+
+private:
+    std::vector<double> _angles{0.0, 45.0, 75.0, 105.0, 180.0, 270.0};
+    SettingUnit* _tolerance = nullptr;
+    SettingUnit* _steps = nullptr;
+    ZemTree::ResultMultiGraphUnit* _reachResult = nullptr;
+
+    // Copied when a run starts; read by the test's thread only.
+    std::vector<double> _runAngles;
+    double _runTolerance = 0.0;
+    int _runSteps = 0;
+};
+
+} // namespace ZemDemo

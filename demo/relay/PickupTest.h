@@ -1,0 +1,40 @@
+#pragma once
+
+#include "relay/RelayTestBase.h"
+
+namespace ZemTree {
+class ResultMultiNumericUnit;
+}
+
+namespace ZemDemo {
+
+// Finds the pickup current of the overcurrent stage phase by phase: ramps the phase current up in small steps
+// from below the setting until the start contact closes, and judges the current found against the relay's pickup.
+class PickupTest : public RelayTestBase {
+public:
+    PickupTest();
+    PickupTest(const std::string& id, const ZemTree::LocalString& description);
+    ~PickupTest() override;
+
+    ZemTree::ResultMultiNumericUnit* getPickupResult() const { return _pickupResult; }
+
+protected:
+    void _fillTemplate() override;
+    void _prepare() override;
+    void _execute(SimulatedRelayUnderTest& relay) override;
+
+private:
+    SettingUnit* _tolerance = nullptr;
+    SettingUnit* _step = nullptr;
+    SettingUnit* _rampStart = nullptr;
+    SettingUnit* _rampEnd = nullptr;
+    ZemTree::ResultMultiNumericUnit* _pickupResult = nullptr;
+
+    // Copied from the settings when a run starts; read by the test's thread only.
+    double _runTolerance = 0.0;
+    double _runStep = 0.0;
+    double _runRampStart = 0.0;
+    double _runRampEnd = 0.0;
+};
+
+} // namespace ZemDemo

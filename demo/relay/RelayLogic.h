@@ -1,0 +1,149 @@
+#pragma once
+
+#include "core/common/Point.h"
+
+#include <sigc++/connection.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace ZemDevice {
+class HardwareManager;
+class IVirtualAnalogOutputGroup;
+class IVirtualBinaryInputChannel;
+class SimulatedRelay;
+} // namespace ZemDevice
+
+namespace ZemDemo {
+
+struct RelaySettings;
+
+// The protection logic of the simulated relay: an inverse-time overcurrent stage and a quadrilateral distance
+// zone, each with a start contact that follows at once and a trip contact that closes after the operate time,
+// and a contact that follows a binary output of the test set.
+//
+// Wiring, as paths below the test set's virtual channels: currents of phases A, B, C on "AnalogOutputs/Group 1",
+// voltages on "AnalogOutputs/Group 2"; overcurrent trip and start on "BinaryInputs/Group 1/Input 1" and "Input 2",
+// distance trip and start on "Input 3" and "Input 4"; "BinaryOutputs/Group 1/Output 1" is followed on
+// "BinaryInputs/Group 2/Input 1".
+//
+// The relay runs `timeScale` times as long as its settings say. What it records about an operation (its
+// reported operate time, the pickup and reach it really has) carries a measurement noise drawn from the seed
+// and the operating point alone, so that the same seed gives the same records whatever the threads do.
+//
+// Threads: the slots on the analog groups run on the thread that changes them and only note the change; the
+// contacts are driven on the relay's own thread. The hardware manager outlives the logic, and the logic is made
+// and destroyed while no other thread changes the test set.
+class RelayLogic {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    static const char* const CurrentGroupPath;
+    static const char* const VoltageGroupPath;
+    static const char* const TripInputPath;
+    static const char* const StartInputPath;
+    static const char* const ZoneTripInputPath;
+    static const char* const ZoneStartInputPath;
+    static const char* const ContactOutputPath;
+    static const char* const ContactInputPath;
+
+    // The smallest phase A current at which the distance zone measures, in amperes.
+    static constexpr double ZoneMinimumCurrent = 0.1;
+    // The zone's own operate time in seconds.
+    static constexpr double ZoneOperateTime = 0.02;
+    // The follower's delay in milliseconds.
+    static constexpr int ContactDelayMs = 5;
+
+    // Throws std::logic_error for an unknown curve or settings out of range.
+    RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings& settings);
+    ~RelayLogic();
+    RelayLogic(const RelayLogic&) = delete;
+    RelayLogic& operator=(const RelayLogic&) = delete;
+
+    // The operate time of an IEC inverse curve ("standard", "very", "extremely") in seconds at `multiple` times
+    // the pickup; infinity at or below the pickup. Throws std::logic_error for an unknown curve.
+    static double curveTime(const std::string& curve, double multiple, double timeMultiplier);
+    // The same curve as a formula of the time graphs, with "{T}", "{I}" and "{x}".
+    static std::string curveFormula(const std::string& curve);
+    // The zone's quadrilateral in the R-X plane, counter-clockwise, reaching `zoneR` and `zoneX`.
+    static std::vector<Zem::Point> zonePolygon(double zoneR, double zoneX);
+    // How far the ray from the origin at `angleDegrees` runs inside `polygon`; the origin lies inside.
+    static double rayReach(const std::vector<Zem::Point>& polygon, double angleDegrees);
+
+    // Waits until the relay has looked at every change of the analog outputs made before the call, so that its
+    // start contacts show its decision; false when that took longer than `timeout`. Runs on the caller's thread.
+    bool waitSettled(std::chrono::milliseconds timeout);
+
+    // What the relay reports about its last overcurrent trip: the operate time in seconds of its own scale,
+    // with the measurement noise.
+    std::optional<double> getLastReportedTripTime() const;
+
+private:
+    struct Pending {
+        Clock::time_point due;
+        double reportedTime = 0.0;
+    };
+
+    // Runs on the thread that changed an output.
+    void _onAnalogChanged();
+    // The relay's thread.
+    void _run();
+    // Runs on the relay's thread with the lock released.
+    void _evaluate(Clock::time_point changed);
+    // A normal deviate with the standard deviation `noise`, the same for the same seed and key.
+    double _deviation(std::uint64_t key) const;
+    bool _isInsideZone(double r, double x) const;
+
+    // What an element last looked at, so that it times again only when its own inputs change.
+    struct Phasors {
+        std::vector<double> amplitudes;
+        std::vector<double> angles;
+        bool operator==(const Phasors& other) const { return amplitudes == other.amplitudes && angles == other.angles; }
+    };
+
+    std::string _curve;
+    double _pickup;
+    double _timeMultiplier;
+    double _zoneR;
+    double _zoneX;
+    unsigned _seed;
+    double _noise;
+    double _timeScale;
+
+    ZemDevice::IVirtualAnalogOutputGroup* _currents = nullptr;
+    ZemDevice::IVirtualAnalogOutputGroup* _voltages = nullptr;
+    ZemDevice::IVirtualBinaryInputChannel* _trip = nullptr;
+    ZemDevice::IVirtualBinaryInputChannel* _start = nullptr;
+    ZemDevice::IVirtualBinaryInputChannel* _zoneTrip = nullptr;
+    ZemDevice::IVirtualBinaryInputChannel* _zoneStart = nullptr;
+    std::unique_ptr<ZemDevice::SimulatedRelay> _follower;
+    std::vector<sigc::connection> _connections;
+
+    // Guards everything below.
+    mutable std::mutex _mutex;
+    std::condition_variable _condition;
+    std::condition_variable _settledCondition;
+    bool _isStopping = false;
+    std::uint64_t _changeRevision = 0;
+    std::uint64_t _evaluatedRevision = 0;
+    Clock::time_point _lastChange;
+    std::optional<Pending> _tripPending;
+    std::optional<Clock::time_point> _zoneTripDue;
+    std::optional<double> _lastReportedTripTime;
+    // Only the relay's thread touches these.
+    Phasors _lastCurrents;
+    Phasors _lastZoneInputs;
+    bool _isTripClosed = false;
+    bool _isZoneTripClosed = false;
+
+    std::thread _worker;
+};
+
+} // namespace ZemDemo

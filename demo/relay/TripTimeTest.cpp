@@ -1,0 +1,205 @@
+#include "relay/TripTimeTest.h"
+
+#include "containers/ResultCollectionContainer.h"
+#include "core/common/ConvertionHelper.h"
+#include "core/common/XmlInclude.h"
+#include "core/device/IVirtualAnalogOutputGroup.h"
+#include "core/device/IVirtualBinaryInputChannel.h"
+#include "core/tree/Measures.h"
+#include "core/tree/RangeStructure.h"
+#include "core/tree/Tolerance.h"
+#include "core/tree/ToleranceItem.h"
+#include "relay/DemoRelay.h"
+#include "relay/DemoRelayCommon.h"
+#include "relay/RelayLogic.h"
+#include "relay/SettingUnit.h"
+#include "results/ResultMultiGraphUnit.h"
+#include "results/graph/GraphTimeManager.h"
+#include "results/graph/ResultMultiGraph.h"
+
+#include <cmath>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+
+namespace ZemDemo {
+
+namespace {
+
+const char* const multiplesAttribute = "Multiples";
+const char* const curveKey = "Phases A, B, C";
+
+std::vector<ZemDevice::AnalogPhasor> balanced(double amplitude)
+{
+    return {{amplitude, 0.0, 50.0}, {amplitude, -120.0, 50.0}, {amplitude, 120.0, 50.0}};
+}
+
+void checkMultiples(const std::vector<double>& multiples)
+{
+    if (multiples.empty())
+        throw std::logic_error("A trip time test needs at least one multiple of the pickup");
+    for (const double multiple : multiples) {
+        if (!(multiple > 1.0) || !std::isfinite(multiple))
+            throw std::logic_error("A multiple of the pickup must be above 1");
+    }
+}
+
+} // namespace
+
+TripTimeTest::TripTimeTest() : RelayTestBase("TripTimeTest") {}
+
+TripTimeTest::TripTimeTest(const std::string& id, const ZemTree::LocalString& description)
+    : RelayTestBase(id, description)
+{
+}
+
+TripTimeTest::~TripTimeTest()
+{
+    _stopAndJoin();
+}
+
+void TripTimeTest::setMultiples(const std::vector<double>& multiples)
+{
+    checkMultiples(multiples);
+    _multiples = multiples;
+}
+
+std::string TripTimeTest::multiplesToText(const std::vector<double>& multiples)
+{
+    std::string text;
+    for (const double multiple : multiples)
+        text += (text.empty() ? "" : ";") + Zem::convertToString<double, true>(multiple, 3);
+    return text;
+}
+
+std::vector<double> TripTimeTest::multiplesFromText(const std::string& text)
+{
+    std::vector<double> multiples;
+    std::istringstream stream(text);
+    std::string item;
+    while (std::getline(stream, item, ';')) {
+        double value = 0.0;
+        if (!Zem::fromText(item, value))
+            throw std::runtime_error("Not a multiple of the pickup: \"" + item + "\"");
+        multiples.push_back(value);
+    }
+    try {
+        checkMultiples(multiples);
+    }
+    catch (const std::logic_error& error) {
+        throw std::runtime_error(std::string(error.what()) + ": \"" + text + "\"");
+    }
+    return multiples;
+}
+
+void TripTimeTest::_fillTemplate()
+{
+    RelayTestBase::_fillTemplate();
+    _tolerance = _addSetting("Tolerance", ZemTree::LocalString::create("Relative tolerance", "Допуск"), 5.0,
+                             ZemTree::Measures::Percent());
+    _absoluteTolerance =
+        _addSetting("AbsoluteTolerance", ZemTree::LocalString::create("Absolute tolerance", "Абсолютный допуск"), 0.04,
+                    ZemTree::Measures::Second());
+    _tripTimeResult = getResults()->add(std::make_unique<ZemTree::ResultMultiGraphUnit>(
+        "TripTime", ZemTree::LocalString::create("Trip time", "Время срабатывания"), ZemTree::LocalString::Empty(),
+        nullptr));
+}
+
+void TripTimeTest::_prepare()
+{
+    _runMultiples = _multiples;
+    _runTolerance = _settingValue(_tolerance);
+    _runAbsoluteTolerance = _settingValue(_absoluteTolerance);
+    _tripTimeResult->clearResult();
+}
+
+void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
+{
+    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
+    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, RelayLogic::TripInputPath);
+    const RelaySettings& settings = relay.getSettings();
+
+    std::vector<Zem::Point> points;
+    for (const double multiple : _runMultiples) {
+        currents->setPhasors(balanced(0.0));
+        settle(relay);
+        if (!_waitForInput(trip, false, SettleTimeout)) {
+            if (!_isStopRequested())
+                _report("The trip contact does not open without current");
+            break;
+        }
+        const double current = multiple * settings.pickup;
+        const double expected = RelayLogic::curveTime(settings.curve, multiple, settings.timeMultiplier);
+        _report(formatNumber(multiple, 2) + " x pickup (" + formatNumber(current, 3) + " A), expected "
+                + formatNumber(expected, 3) + " s");
+        currents->setPhasors(balanced(current));
+        const Clock::time_point injected = currents->getLastChangeTime();
+        // Twice the scaled time and a second more: only a relay that does not trip at all waits that long.
+        const auto timeout = std::chrono::milliseconds(1000)
+                             + std::chrono::milliseconds(std::llround(2000.0 * expected * settings.timeScale));
+        const std::optional<Clock::time_point> closed = _waitForInput(trip, true, timeout);
+        if (_isStopRequested())
+            break;
+        if (!closed) {
+            const double waited = std::chrono::duration<double>(timeout).count() / settings.timeScale;
+            points.push_back({current, waited});
+            _report("No trip within " + formatNumber(waited, 3) + " s");
+            continue;
+        }
+        // The contact's own stamp proves the trip; the relay's record gives the time without the threads' jitter.
+        const double contact = std::chrono::duration<double>(*closed - injected).count() / settings.timeScale;
+        const double reported = relay.getLogic().getLastReportedTripTime().value_or(contact);
+        points.push_back({current, reported});
+        _report("Trip after " + formatNumber(reported, 3) + " s (contact after " + formatNumber(contact, 3) + " s)");
+    }
+    currents->setPhasors(balanced(0.0));
+
+    if (points.empty())
+        return;
+    auto tolerance = std::make_shared<ZemTree::Tolerance>();
+    tolerance->add(std::make_unique<ZemTree::ToleranceItem>(
+        ZemTree::RangeStructure::Standart(0, 1e6),
+        Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-_runTolerance, _runTolerance)),
+        Zem::Nullable<ZemTree::RangeStructure>(
+            ZemTree::RangeStructure::Standart(-_runAbsoluteTolerance, _runAbsoluteTolerance))));
+    auto manager = std::make_shared<ZemTree::GraphTimeManager>("Current", ZemTree::Measures::Ampere(), tolerance);
+    manager->setFormula(RelayLogic::curveFormula(settings.curve));
+    manager->setIOperate(settings.pickup);
+    manager->setTOperate(settings.timeMultiplier);
+    // The band the relay is meant to hit, drawn from just above the pickup to twenty times it.
+    std::vector<Zem::PointF> up;
+    std::vector<Zem::PointF> down;
+    for (double multiple = 1.2; multiple <= 20.0; multiple *= 1.15) {
+        const double time = RelayLogic::curveTime(settings.curve, multiple, settings.timeMultiplier);
+        const double band = std::max(time * _runTolerance / 100.0, _runAbsoluteTolerance);
+        const auto x = static_cast<float>(multiple * settings.pickup);
+        up.push_back({x, static_cast<float>(time + band)});
+        down.push_back({x, static_cast<float>(std::max(0.0, time - band))});
+    }
+    manager->setSettingsFigures(up, Zem::Color::Red(), down, Zem::Color::Orange());
+    _tripTimeResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
+        std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+}
+
+void TripTimeTest::_setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode)
+{
+    RelayTestBase::_setExtendedXml(own, mode);
+    const xmlpp::Attribute* const attribute = own->get_attribute(multiplesAttribute);
+    if (attribute == nullptr)
+        return;
+    try {
+        _multiples = multiplesFromText(attribute->get_value());
+    }
+    catch (const std::runtime_error& error) {
+        _onSerializationError(error.what(), mode);
+    }
+}
+
+void TripTimeTest::_getExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) const
+{
+    RelayTestBase::_getExtendedXml(own, mode);
+    own->set_attribute(multiplesAttribute, multiplesToText(_multiples));
+}
+
+} // namespace ZemDemo

@@ -1,0 +1,102 @@
+#include "runner/HtmlReport.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+extern char** environ;
+
+namespace fs = std::filesystem;
+
+namespace ZemDemo {
+
+namespace {
+
+bool isFile(const fs::path& path)
+{
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+// The folder of the running program, read from /proc; empty when it cannot be told.
+fs::path programFolder()
+{
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    return error ? fs::path() : program.parent_path();
+}
+
+} // namespace
+
+std::string HtmlReport::findStylesheet(const std::string& explicitPath)
+{
+    if (!explicitPath.empty())
+        return isFile(explicitPath) ? explicitPath : std::string();
+
+    // This source file lies in demo/runner/, the stylesheet in demo/data/ of the same tree.
+    const fs::path sourceTree = fs::path(__FILE__).parent_path().parent_path() / "data" / "report.xsl";
+    if (sourceTree.is_absolute() && isFile(sourceTree))
+        return sourceTree.string();
+
+    const fs::path folder = programFolder();
+    if (!folder.empty()) {
+        const fs::path installed = folder.parent_path() / "share" / "zemtree" / "report.xsl";
+        if (isFile(installed))
+            return installed.string();
+    }
+    return "";
+}
+
+HtmlReport::Outcome HtmlReport::render(const std::string& stylesheet, const std::string& reportPath,
+                                       const std::string& htmlPath, const std::string& language, std::string& error)
+{
+    std::vector<std::string> arguments = {"xsltproc", "--nonet", "--stringparam", "lang", language,
+                                          "-o",       htmlPath,  stylesheet,      reportPath};
+    std::vector<char*> argv;
+    for (std::string& argument : arguments)
+        argv.push_back(argument.data());
+    argv.push_back(nullptr);
+
+    // xsltproc's own messages go to our stderr; its stdout is not used since it writes the file itself.
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+
+    pid_t child = 0;
+    const int spawnError = posix_spawnp(&child, "xsltproc", &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (spawnError == ENOENT)
+        return Outcome::NoXsltproc;
+    if (spawnError != 0) {
+        error = std::string("xsltproc cannot be started: ") + std::strerror(spawnError);
+        return Outcome::Failed;
+    }
+
+    int status = 0;
+    pid_t waited = 0;
+    do {
+        waited = waitpid(child, &status, 0);
+    } while (waited < 0 && errno == EINTR);
+    if (waited < 0) {
+        error = std::string("xsltproc cannot be waited for: ") + std::strerror(errno);
+        return Outcome::Failed;
+    }
+    // glibc reports a program that cannot be found as the exit code 127 of the child.
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 127)
+        return Outcome::NoXsltproc;
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        error = "xsltproc failed to make " + htmlPath
+                + (WIFEXITED(status) ? " (exit code " + std::to_string(WEXITSTATUS(status)) + ")" : " (killed)");
+        return Outcome::Failed;
+    }
+    return Outcome::Written;
+}
+
+} // namespace ZemDemo

@@ -1,0 +1,53 @@
+#include "runner/InterruptFlag.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace ZemDemo {
+
+namespace {
+
+volatile std::sig_atomic_t interruptCount = 0;
+struct sigaction previousInt;
+struct sigaction previousTerm;
+
+extern "C" void onInterrupt(int)
+{
+    if (interruptCount >= 1) {
+        // The user insists: leave without saving. Only async-signal-safe calls here.
+        static const char message[] = "\nzemtree-run: interrupted again, leaving without saving\n";
+        const ssize_t written = write(STDERR_FILENO, message, sizeof(message) - 1);
+        (void)written;
+        _exit(130);
+    }
+    interruptCount = interruptCount + 1;
+}
+
+} // namespace
+
+InterruptFlag::InterruptFlag()
+{
+    interruptCount = 0;
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    sigemptyset(&action.sa_mask);
+    // The signal may land on any thread, the relay's own included: their system calls go on undisturbed.
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGINT, &action, &previousInt);
+    sigaction(SIGTERM, &action, &previousTerm);
+}
+
+InterruptFlag::~InterruptFlag()
+{
+    sigaction(SIGINT, &previousInt, nullptr);
+    sigaction(SIGTERM, &previousTerm, nullptr);
+}
+
+int InterruptFlag::getCount() const
+{
+    return static_cast<int>(interruptCount);
+}
+
+} // namespace ZemDemo

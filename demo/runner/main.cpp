@@ -1,0 +1,269 @@
+// zemtree-run: loads a test project (or builds the sample one), runs its chosen tests against the simulated relay
+// through the test queue with a live progress display, saves the project and writes its report as XML, pictures
+// and HTML. `zemtree-run --help` tells the options and the exit codes.
+
+#include "relay/DemoRelay.h"
+#include "runner/HtmlReport.h"
+#include "runner/InterruptFlag.h"
+#include "runner/RunProgress.h"
+#include "runner/RunnerOptions.h"
+#include "containers/ProjectFile.h"
+#include "containers/TestableContainer.h"
+#include "core/tree/Node.h"
+#include "core/tree/TreeLocalization.h"
+#include "evaluation/ITestContainer.h"
+#include "evaluation/TestQueueEvaluator.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int exitPassed = 0;
+constexpr int exitFailed = 1;
+constexpr int exitError = 2;
+
+void printError(const std::string& message)
+{
+    std::cerr << "zemtree-run: " << message << std::endl;
+}
+
+// The folder a project's templates are looked for in when none is given: the project's own.
+std::string templateFolderOf(const ZemDemo::RunnerOptions& options, const std::string& projectPath)
+{
+    if (!options.templateFolder.empty())
+        return options.templateFolder;
+    const fs::path folder = fs::path(projectPath).parent_path();
+    return folder.empty() ? std::string(".") : folder.string();
+}
+
+// A folder that is not there is a mistake of the command line, not a problem of the project.
+bool checkTemplateFolder(const ZemDemo::RunnerOptions& options)
+{
+    std::error_code error;
+    if (options.templateFolder.empty() || fs::is_directory(options.templateFolder, error))
+        return true;
+    printError("the template folder '" + options.templateFolder + "' does not exist");
+    return false;
+}
+
+int checkOnly(const ZemDemo::RunnerOptions& options)
+{
+    if (!checkTemplateFolder(options))
+        return exitError;
+    ZemTree::ProjectFile file(templateFolderOf(options, options.checkPath));
+    try {
+        file.load(options.checkPath);
+    }
+    catch (const std::exception& error) {
+        printError(error.what());
+        return exitError;
+    }
+    for (const std::string& problem : file.getProblems())
+        std::cerr << problem << "\n";
+    std::cerr.flush();
+    if (file.getProblems().empty()) {
+        std::cout << options.checkPath << ": loads without problems" << std::endl;
+        return exitPassed;
+    }
+    std::cout << options.checkPath << ": loads with " << file.getProblems().size() << " problem(s)" << std::endl;
+    return exitFailed;
+}
+
+ZemTree::TestCounters countersOf(ZemTree::Node* node)
+{
+    if (auto* testable = dynamic_cast<ZemTree::TestableContainer*>(node))
+        return testable->getCounters();
+    return {};
+}
+
+std::string countersText(const ZemTree::TestCounters& counters)
+{
+    return "ok " + std::to_string(counters.okCount) + ", failed " + std::to_string(counters.failedCount)
+           + ", not tested " + std::to_string(counters.notTestedCount);
+}
+
+// Runs `tests` through the queue, shows the progress and stops the queue on Ctrl-C. Returns when the queue has
+// ended and its threads are joined.
+void runTests(const std::vector<ZemTree::ITestContainer*>& tests, ZemDemo::RunProgress& progress,
+              const ZemDemo::InterruptFlag& interrupt, bool& wasStopped)
+{
+    ZemTree::TestQueueEvaluator queue;
+    // The queue's signals fire on its worker: the slots only hand their news to the main thread.
+    queue.getSignalStateChanged().connect([&progress](const std::string& line) { progress.postStateLine(line); });
+    queue.getSignalCurrentTestFinished().connect([&progress, &queue] {
+        ZemTree::ITestContainer* const test = queue.getCurrentTest();
+        if (test == nullptr)
+            return;
+        progress.postTestFinished(test->getDescription(), countersOf(dynamic_cast<ZemTree::Node*>(test)));
+    });
+    queue.getSignalFinished().connect([&progress] { progress.postRunFinished(); });
+
+    queue.start(tests);
+    bool isStopAsked = false;
+    // The short wait lets the main thread notice Ctrl-C soon even while no test reports anything.
+    while (!progress.waitAndPrint(std::chrono::milliseconds(100))) {
+        if (!isStopAsked && interrupt.getCount() > 0) {
+            isStopAsked = true;
+            progress.printNote("zemtree-run: stopping: the test under way is cut short (Ctrl-C again to quit "
+                               "without saving)");
+            queue.stop();
+        }
+    }
+    progress.close();
+    wasStopped = queue.isStoped();
+}
+
+int run(const ZemDemo::RunnerOptions& options)
+{
+    if (!checkTemplateFolder(options))
+        return exitError;
+    std::string stylesheet;
+    if (!options.reportFolder.empty()) {
+        stylesheet = ZemDemo::HtmlReport::findStylesheet(options.xslPath);
+        if (stylesheet.empty() && !options.xslPath.empty()) {
+            printError("the stylesheet '" + options.xslPath + "' does not exist");
+            return exitError;
+        }
+    }
+
+    ZemDemo::RelaySettings settings;
+    settings.seed = options.seed;
+    settings.curve = options.curve;
+    settings.timeScale = options.timeScale;
+    // The relay outlives the tree, whose tests hold its hardware.
+    ZemDemo::SimulatedRelayUnderTest relay(settings);
+
+    std::unique_ptr<ZemTree::Node> root;
+    std::string outputPath = options.outputPath;
+    const std::string templateFolder = options.isNew ? options.templateFolder
+                                                     : templateFolderOf(options, options.projectPath);
+    ZemTree::ProjectFile file(templateFolder);
+    if (options.isNew) {
+        root = ZemDemo::buildSampleProject();
+        if (outputPath.empty())
+            outputPath = "project.xml";
+    }
+    else {
+        try {
+            root = file.load(options.projectPath);
+        }
+        catch (const std::exception& error) {
+            printError(error.what());
+            return exitError;
+        }
+        for (const std::string& problem : file.getProblems())
+            printError("warning: " + problem);
+        if (outputPath.empty())
+            outputPath = options.projectPath;
+    }
+    if (!root) {
+        printError("no project to run");
+        return exitError;
+    }
+
+    const std::vector<ZemTree::ITestContainer*> tests = ZemDemo::collectChosenTests(root.get(), options.testFilters);
+    if (tests.empty() && !options.testFilters.empty()) {
+        printError("no chosen test matches the --test paths given");
+        return exitError;
+    }
+    ZemDemo::attachRelay(root.get(), relay);
+
+    std::cout << "running " << tests.size() << " test(s)" << std::endl;
+    ZemDemo::RunProgress progress(std::cout, tests.size(), isatty(STDOUT_FILENO) == 1);
+    bool wasStopped = false;
+    {
+        const ZemDemo::InterruptFlag interrupt;
+        runTests(tests, progress, interrupt, wasStopped);
+    }
+
+    const int total = static_cast<int>(tests.size());
+    const int notRun = total - progress.getFinishedCount();
+    std::cout << "result: passed " << progress.getPassedCount() << ", failed " << progress.getFailedCount()
+              << ", unfinished " << progress.getUnfinishedCount() << ", not run " << notRun << " of " << total
+              << " test(s); " << (wasStopped ? "the run was stopped" : "the run completed") << "\n"
+              << "counters: " << countersText(countersOf(root.get())) << std::endl;
+
+    int exitCode = progress.getPassedCount() == total ? exitPassed : exitFailed;
+    try {
+        // Like the report's folder, the project's folder is made when it is missing.
+        const fs::path outputFolder = fs::path(outputPath).parent_path();
+        std::error_code folderError;
+        if (!outputFolder.empty())
+            fs::create_directories(outputFolder, folderError);
+        file.save(*root, outputPath);
+        std::cout << "project: " << outputPath << std::endl;
+    }
+    catch (const std::exception& error) {
+        printError(error.what());
+        exitCode = exitError;
+    }
+
+    if (options.reportFolder.empty())
+        return exitCode;
+    std::string reportPath;
+    try {
+        reportPath = file.writeReport(*root, options.reportFolder);
+        std::cout << "report XML: " << reportPath << std::endl;
+    }
+    catch (const std::exception& error) {
+        printError(error.what());
+        return exitError;
+    }
+    if (stylesheet.empty()) {
+        printError("report.xsl is not found (give it with --xsl); report.html is not written");
+        return exitCode;
+    }
+    const std::string htmlPath = (fs::path(options.reportFolder) / "report.html").string();
+    std::string error;
+    switch (ZemDemo::HtmlReport::render(stylesheet, reportPath, htmlPath,
+                                               options.language == 1 ? "ru" : "en", error)) {
+    case ZemDemo::HtmlReport::Outcome::Written:
+        std::cout << "report HTML: " << htmlPath << std::endl;
+        break;
+    case ZemDemo::HtmlReport::Outcome::NoXsltproc:
+        printError("xsltproc is not installed (package xsltproc); report.html is not written");
+        break;
+    case ZemDemo::HtmlReport::Outcome::Failed:
+        printError(error);
+        exitCode = exitError;
+        break;
+    }
+    return exitCode;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        ZemDemo::RunnerOptions options;
+        const std::string refusal = ZemDemo::parseRunnerOptions(std::vector<std::string>(argv + 1, argv + argc), options);
+        if (!refusal.empty()) {
+            printError(refusal);
+            return exitError;
+        }
+        if (options.isHelp) {
+            std::cout << ZemDemo::runnerUsage();
+            return exitPassed;
+        }
+        // The language comes first: nodes take their texts when they are built.
+        lng::language = options.language;
+        ZemDemo::registerDemoTypes();
+        return options.checkPath.empty() ? run(options) : checkOnly(options);
+    }
+    catch (const std::exception& error) {
+        printError(error.what());
+        return exitError;
+    }
+}
