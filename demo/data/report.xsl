@@ -100,6 +100,34 @@
     </span>
   </xsl:template>
 
+  <!-- A number as a table shows it: at most four decimals; anything else as it stands. -->
+  <xsl:template name="number">
+    <xsl:param name="value"/>
+    <xsl:choose>
+      <xsl:when test="string(number($value)) != 'NaN'">
+        <xsl:value-of select="format-number(number($value), '0.####')"/>
+      </xsl:when>
+      <xsl:otherwise><xsl:value-of select="$value"/></xsl:otherwise>
+    </xsl:choose>
+  </xsl:template>
+
+  <!-- A deviation "relative / absolute" with the absolute part cut to four decimals. -->
+  <xsl:template name="deviation">
+    <xsl:param name="value"/>
+    <xsl:choose>
+      <xsl:when test="contains($value, ' / ')">
+        <xsl:variable name="absolute" select="substring-after($value, ' / ')"/>
+        <xsl:value-of select="substring-before($value, ' / ')"/>
+        <xsl:text> / </xsl:text>
+        <xsl:if test="starts-with($absolute, '+')">+</xsl:if>
+        <xsl:call-template name="number">
+          <xsl:with-param name="value" select="translate($absolute, '+', '')"/>
+        </xsl:call-template>
+      </xsl:when>
+      <xsl:otherwise><xsl:value-of select="$value"/></xsl:otherwise>
+    </xsl:choose>
+  </xsl:template>
+
   <xsl:template name="name">
     <xsl:param name="node" select="."/>
     <xsl:choose>
@@ -428,8 +456,7 @@
     </xsl:variable>
     <div class="result">
       <xsl:element name="h{$level}">
-        <span><xsl:call-template name="name"/></span>
-        <xsl:if test="@Measure"><span class="measure">, <xsl:value-of select="@Measure"/></span></xsl:if>
+        <span><xsl:call-template name="name"/><xsl:if test="@Measure"><span class="measure">, <xsl:value-of select="@Measure"/></span></xsl:if></span>
         <xsl:choose>
           <xsl:when test="not(Items/Value)">
             <xsl:call-template name="badge">
@@ -482,9 +509,9 @@
         <xsl:variable name="verdict"><xsl:call-template name="verdict"/></xsl:variable>
         <tr class="{$verdict}">
           <td><xsl:value-of select="@Key"/></td>
-          <xsl:if test="$setting"><td class="num"><xsl:value-of select="$setting"/></td></xsl:if>
-          <td class="num"><xsl:value-of select="."/></td>
-          <xsl:if test="$hasDeviation"><td class="num"><xsl:value-of select="@Deviation"/></td></xsl:if>
+          <xsl:if test="$setting"><td class="num"><xsl:call-template name="number"><xsl:with-param name="value" select="$setting"/></xsl:call-template></td></xsl:if>
+          <td class="num"><xsl:call-template name="number"><xsl:with-param name="value" select="string(.)"/></xsl:call-template></td>
+          <xsl:if test="$hasDeviation"><td class="num"><xsl:call-template name="deviation"><xsl:with-param name="value" select="string(@Deviation)"/></xsl:call-template></td></xsl:if>
           <td class="state"><xsl:call-template name="stateText"><xsl:with-param name="verdict" select="$verdict"/></xsl:call-template></td>
         </tr>
       </xsl:for-each>
@@ -540,10 +567,10 @@
         <xsl:for-each select="Result">
           <xsl:variable name="rowVerdict"><xsl:call-template name="verdict"/></xsl:variable>
           <tr class="{$rowVerdict}">
-            <td class="num"><xsl:value-of select="@XSet"/></td>
-            <xsl:if test="$hasSetting"><td class="num"><xsl:value-of select="@YSet"/></td></xsl:if>
-            <td class="num"><xsl:value-of select="@YMeasurment"/></td>
-            <xsl:if test="$hasDeviation"><td class="num"><xsl:value-of select="@YDeviation"/></td></xsl:if>
+            <td class="num"><xsl:call-template name="number"><xsl:with-param name="value" select="string(@XSet)"/></xsl:call-template></td>
+            <xsl:if test="$hasSetting"><td class="num"><xsl:call-template name="number"><xsl:with-param name="value" select="string(@YSet)"/></xsl:call-template></td></xsl:if>
+            <td class="num"><xsl:call-template name="number"><xsl:with-param name="value" select="string(@YMeasurment)"/></xsl:call-template></td>
+            <xsl:if test="$hasDeviation"><td class="num"><xsl:call-template name="deviation"><xsl:with-param name="value" select="string(@YDeviation)"/></xsl:call-template></td></xsl:if>
             <td class="state"><xsl:call-template name="stateText"><xsl:with-param name="verdict" select="$rowVerdict"/></xsl:call-template></td>
           </tr>
         </xsl:for-each>

@@ -7,10 +7,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cairomm/surface.h>
+
 #include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -125,6 +128,12 @@ TEST(RunnerTest, RefusesBadCommandLinesAndFilesWithOneLineAndCodeTwo)
     writeFile(folder.path("malformed.xml"), "<Project><Node Id=\"Root\"");
     writeFile(folder.path("empty.xml"), "");
     writeFile(folder.path("foreign.xml"), "<Project><Node Id=\"Root\" Class=\"No::SuchClass\"/></Project>");
+    writeFile(folder.path("entities.xml"), "<!DOCTYPE Project [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>"
+                                           "<Project><Node Id=\"Root\" Description=\"&x;\"/></Project>");
+    std::string deep = "<Project>";
+    for (int i = 0; i < 5000; ++i)
+        deep += "<a>";
+    writeFile(folder.path("deep.xml"), deep);
     const std::string missing = folder.path("missing.xml");
 
     const std::vector<std::vector<std::string>> rows = {
@@ -143,6 +152,8 @@ TEST(RunnerTest, RefusesBadCommandLinesAndFilesWithOneLineAndCodeTwo)
         {"--check", folder.path("malformed.xml")},
         {"--check", folder.path("empty.xml")},
         {"--check", folder.path("foreign.xml")},
+        {"--check", folder.path("entities.xml")},
+        {"--check", folder.path("deep.xml")},
         {"--new", "--test", "NoSuchPath/", "--output", folder.path("p.xml")},
         {"--new", "--templates", folder.path("no-such-folder"), "--output", folder.path("p.xml")},
         {"--new", "--report", folder.path("r"), "--xsl", folder.path("no.xsl"), "--output", folder.path("p.xml")},
@@ -407,4 +418,44 @@ TEST(RunnerTest, StylesheetColoursEachVerdict)
         SCOPED_TRACE(expected);
         EXPECT_TRUE(std::regex_search(html, std::regex(expected)));
     }
+}
+
+// The HTML report as a browser shows it: a screenshot of the page in headless Chromium is no blank page. Skipped
+// where Chromium is not installed.
+TEST(RunnerTest, HtmlReportRendersInABrowser)
+{
+    if (!fs::exists("/usr/bin/chromium"))
+        GTEST_SKIP() << "no /usr/bin/chromium";
+    TempFolder folder;
+    const RunnerOutcome run = runRunner({"--new", "--seed", "2", "--output", folder.path("p.xml"), "--report",
+                                         folder.path("report")},
+                                        folder.path());
+    ASSERT_EQ(1, run.exitCode) << run.err;
+    ASSERT_TRUE(fs::exists(folder.path("report/report.html")));
+
+    const std::string shot = folder.path("shot.png");
+    const std::string command = "/usr/bin/chromium --headless --no-sandbox --disable-gpu --disable-quic "
+                                "--no-first-run --disable-background-networking --disable-component-update "
+                                "--disable-sync --user-data-dir="
+                                + folder.path("profile") + " --window-size=1000,1400 --screenshot=" + shot
+                                + " file://" + folder.path("report/report.html") + " > /dev/null 2>&1";
+    ASSERT_EQ(0, std::system(command.c_str()));
+    const Cairo::RefPtr<Cairo::ImageSurface> image = Cairo::ImageSurface::create_from_png(shot);
+    ASSERT_EQ(1000, image->get_width());
+
+    // A page with tables, coloured badges and pictures has many colours and much that is not background.
+    std::set<std::uint32_t> colours;
+    std::size_t inked = 0;
+    const unsigned char* const data = image->get_data();
+    const std::uint32_t background = *reinterpret_cast<const std::uint32_t*>(data);
+    for (int y = 0; y < image->get_height(); ++y) {
+        const auto* row = reinterpret_cast<const std::uint32_t*>(data + y * image->get_stride());
+        for (int x = 0; x < image->get_width(); ++x) {
+            colours.insert(row[x] & 0xFFFFFFu);
+            if ((row[x] & 0xFFFFFFu) != (background & 0xFFFFFFu))
+                ++inked;
+        }
+    }
+    EXPECT_GT(colours.size(), 200u);
+    EXPECT_GT(inked, static_cast<std::size_t>(image->get_width() * image->get_height() / 10));
 }
