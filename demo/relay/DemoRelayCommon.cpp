@@ -7,6 +7,9 @@
 #include "relay/DemoRelay.h"
 #include "relay/RelayLogic.h"
 
+#include "core/common/ConvertionHelper.h"
+
+#include <cmath>
 #include <iomanip>
 #include <locale>
 #include <sstream>
@@ -54,6 +57,28 @@ std::string formatNumber(double value, int digits)
     text.imbue(std::locale::classic());
     text << std::fixed << std::setprecision(digits) << value;
     return text.str();
+}
+
+std::vector<double> numbersFromText(const std::string& text, const std::string& what)
+{
+    std::vector<double> numbers;
+    std::istringstream stream(text);
+    std::string item;
+    while (std::getline(stream, item, ';')) {
+        double value = 0.0;
+        if (!Zem::fromText(item, value) || !std::isfinite(value))
+            throw std::runtime_error("Not " + what + ": \"" + item + "\"");
+        numbers.push_back(value);
+    }
+    return numbers;
+}
+
+std::string numbersToText(const std::vector<double>& numbers, int precision)
+{
+    std::string text;
+    for (const double number : numbers)
+        text += (text.empty() ? "" : ";") + Zem::convertToString<double, true>(number, precision);
+    return text;
 }
 
 } // namespace ZemDemo

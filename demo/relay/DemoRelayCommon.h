@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <string>
+#include <vector>
 
 namespace ZemDevice {
 class IVirtualAnalogOutputGroup;
@@ -26,5 +27,10 @@ void settle(SimulatedRelayUnderTest& relay);
 
 // A number for progress lines and measured values, with `digits` after the point.
 std::string formatNumber(double value, int digits);
+
+// A list of numbers as a test keeps it in an attribute, "2;3;5". Reading throws std::runtime_error naming `what`
+// for an item that is no finite number.
+std::vector<double> numbersFromText(const std::string& text, const std::string& what);
+std::string numbersToText(const std::vector<double>& numbers, int precision);
 
 } // namespace ZemDemo

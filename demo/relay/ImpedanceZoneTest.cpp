@@ -39,15 +39,7 @@ std::vector<Zem::PointF> scaled(const std::vector<Zem::Point>& polygon, double f
 
 std::vector<double> anglesFromText(const std::string& text)
 {
-    std::vector<double> angles;
-    std::istringstream stream(text);
-    std::string item;
-    while (std::getline(stream, item, ';')) {
-        double value = 0.0;
-        if (!Zem::fromText(item, value) || !std::isfinite(value))
-            throw std::runtime_error("Not an angle: \"" + item + "\"");
-        angles.push_back(value);
-    }
+    std::vector<double> angles = numbersFromText(text, "an angle");
     if (angles.empty())
         throw std::runtime_error("An impedance zone test needs at least one angle");
     return angles;
@@ -183,10 +175,7 @@ void ImpedanceZoneTest::_setExtendedXml(xmlpp::Element* own, const ZemTree::Seri
 void ImpedanceZoneTest::_getExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) const
 {
     RelayTestBase::_getExtendedXml(own, mode);
-    std::string text;
-    for (const double angle : _angles)
-        text += (text.empty() ? "" : ";") + Zem::convertToString<double, true>(angle, 2);
-    own->set_attribute(anglesAttribute, text);
+    own->set_attribute(anglesAttribute, numbersToText(_angles, 2));
 }
 
 } // namespace ZemDemo

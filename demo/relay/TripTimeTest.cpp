@@ -67,23 +67,12 @@ void TripTimeTest::setMultiples(const std::vector<double>& multiples)
 
 std::string TripTimeTest::multiplesToText(const std::vector<double>& multiples)
 {
-    std::string text;
-    for (const double multiple : multiples)
-        text += (text.empty() ? "" : ";") + Zem::convertToString<double, true>(multiple, 3);
-    return text;
+    return numbersToText(multiples, 3);
 }
 
 std::vector<double> TripTimeTest::multiplesFromText(const std::string& text)
 {
-    std::vector<double> multiples;
-    std::istringstream stream(text);
-    std::string item;
-    while (std::getline(stream, item, ';')) {
-        double value = 0.0;
-        if (!Zem::fromText(item, value))
-            throw std::runtime_error("Not a multiple of the pickup: \"" + item + "\"");
-        multiples.push_back(value);
-    }
+    std::vector<double> multiples = numbersFromText(text, "a multiple of the pickup");
     try {
         checkMultiples(multiples);
     }
