@@ -24,6 +24,7 @@
 #include "contacts/HardwareInContactUnit.h"
 #include "contacts/HardwareOutContactCollectionUnit.h"
 #include "contacts/HardwareOutContactUnit.h"
+#include "contacts/TextFormUnitXml.h"
 #include "containers/BaseUniversalContainer.h"
 #include "containers/CollectionBaseContainer.h"
 #include "containers/ContainerHierarchicalMode.h"

@@ -1,6 +1,7 @@
 #include "contacts/AnalogOutputRedirectCollectionUnit.h"
 
 #include "contacts/HardwareBasedUnitHelper.h"
+#include "contacts/TextFormUnitXml.h"
 #include "core/common/ConvertionHelper.h"
 #include "core/common/ScopedConnection.h"
 #include "core/device/IVirtualAnalogOutputGroup.h"
@@ -157,30 +158,18 @@ AnalogOutputRedirectCollectionUnit::_coerceValueOut(std::unique_ptr<Zem::Out<Dat
 AnalogOutputRedirectCollectionUnit::Data
 AnalogOutputRedirectCollectionUnit::_createDataFromXml(xmlpp::Element* element) const
 {
-    const xmlpp::TextNode* const textNode = element->get_child_text();
-    if (textNode == nullptr)
-        return nullptr;
-    const std::string text = textNode->get_content();
-    if (text.empty())
-        return nullptr;
-    Data collection;
-    if (!Zem::tryConvert<Data, true, true>(text, collection))
-        throw std::runtime_error("AnalogOutputRedirectCollectionUnit data parse error");
-    return collection;
+    return TextFormUnitXml::read<Data>(element, "AnalogOutputRedirectCollectionUnit");
 }
 
 void AnalogOutputRedirectCollectionUnit::_getDataXml(const Data& data, xmlpp::Element* element) const
 {
-    if (data)
-        element->add_child_text(Zem::convertToString<Data, true, true>(data));
+    TextFormUnitXml::write(data, element);
 }
 
 void AnalogOutputRedirectCollectionUnit::_getDisplayXmlCurrentValue(DisplayXmlParameters& /*parameters*/,
                                                                     xmlpp::Element* element) const
 {
-    const Data& collection = getValueOut().value;
-    if (collection)
-        element->add_child_text(Zem::convertToString<Data, true, true>(collection));
+    TextFormUnitXml::write(getValueOut().value, element);
 }
 
 // A count that is negative, no number or too large to follow leaves the list as it is. A fraction is cut.
@@ -203,16 +192,9 @@ void AnalogOutputRedirectCollectionUnit::_onGroupCountChanged()
 // As for the contact units: the coercion announces its own changes, otherwise the value out is judged again.
 void AnalogOutputRedirectCollectionUnit::_onHardwareUpdated()
 {
-    const Data data = getNativeData();
-    bool isAnnounced = false;
-    {
-        Zem::ScopedConnection probe;
-        if (data)
-            probe = data->getSignalStructureChanged().connect([&isAnnounced] { isAnnounced = true; });
-        const Data coerced = _coerceSetData(data);
-        isAnnounced = isAnnounced || coerced != data;
-        Value<Data>::setData(coerced);
-    }
+    const bool isAnnounced = TextFormUnitXml::coerceAnnounced(
+        getNativeData(), [this](const Data& data) { return _coerceSetData(data); },
+        [this](const Data& data) { Value<Data>::setData(data); });
     if (getIsFormulaSource() || !isAnnounced)
         _onValueOutChanged();
     getSignalHardwareChanged().emit();

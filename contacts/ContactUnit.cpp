@@ -1,6 +1,7 @@
 #include "contacts/ContactUnit.h"
 
 #include "contacts/HardwareBasedUnitHelper.h"
+#include "contacts/TextFormUnitXml.h"
 #include "core/common/ConvertionHelper.h"
 #include "core/common/ScopedConnection.h"
 #include "core/device/HardwareManager.h"
@@ -120,8 +121,7 @@ ContactUnit::Data ContactUnit::_createDataFromXml(xmlpp::Element* element) const
 
 void ContactUnit::_getDataXml(const Data& data, xmlpp::Element* element) const
 {
-    if (data)
-        element->add_child_text(Zem::convertToString<Data, true, true>(data));
+    TextFormUnitXml::write(data, element);
 }
 
 // A channel shows its place in the test set as the user knows it; without one the contact's text stands.
@@ -164,16 +164,9 @@ void ContactUnit::_onChannelTypeChanged()
 // When nothing changed the value out is still renewed, as it is judged against the new hardware.
 void ContactUnit::_onHardwareUpdated()
 {
-    const Data data = getNativeData();
-    bool isAnnounced = false;
-    {
-        Zem::ScopedConnection probe;
-        if (data)
-            probe = data->getSignalStructureChanged().connect([&isAnnounced] { isAnnounced = true; });
-        const Data coerced = _coerceSetData(data);
-        isAnnounced = isAnnounced || coerced != data;
-        Value<Data>::setData(coerced);
-    }
+    const bool isAnnounced = TextFormUnitXml::coerceAnnounced(
+        getNativeData(), [this](const Data& data) { return _coerceSetData(data); },
+        [this](const Data& data) { Value<Data>::setData(data); });
     if (getIsFormulaSource() || !isAnnounced)
         _onValueOutChanged();
     getSignalHardwareChanged().emit();

@@ -3,6 +3,7 @@
 #include "ContactTestSupport.h"
 #include "core/tree/TreeLocalization.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -97,13 +98,8 @@ TEST(AnalogOutputRedirectCollectionTest, LockedCollectionRefusesReading)
     LockableRedirectCollection collection;
     collection.add(std::make_unique<AnalogOutputTarget>(3));
     collection.lock();
-    try {
-        readInto(collection, "1;2");
-        ADD_FAILURE() << "no exception";
-    }
-    catch (const std::logic_error& error) {
-        EXPECT_STREQ(lng::Tree::get("error.ReadOnly"), error.what());
-    }
+    EXPECT_THAT([&] { readInto(collection, "1;2"); },
+                ::testing::ThrowsMessage<std::logic_error>(::testing::StrEq(lng::Tree::get("error.ReadOnly"))));
     EXPECT_EQ((std::vector<Target>{{3, ""}}), targetsOf(collection));
 }
 

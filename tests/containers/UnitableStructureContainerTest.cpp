@@ -1,13 +1,11 @@
 #include "ContainerTestNodes.h"
 #include "containers/DefendCollectionContainer.h"
-#include "containers/DescriptorsContainer.h"
 #include "containers/UnitContainer.h"
-#include "core/tree/DisplayXmlParameters.h"
 #include "core/tree/NodeTemplateActivator.h"
 #include "core/tree/NodeTemplateActivatorCollection.h"
-#include "core/tree/StringUnit.h"
 
 #include <fstream>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
 #include <stdexcept>
@@ -27,19 +25,6 @@ std::unique_ptr<xmlpp::Document> parse(const std::string& text)
     return document;
 }
 
-SerializationMode modeOf(std::uint8_t kind)
-{
-    SerializationMode mode;
-    mode.kind = kind;
-    return mode;
-}
-
-std::string attributeOf(const xmlpp::Element* element, const std::string& name)
-{
-    const xmlpp::Attribute* attribute = element->get_attribute(name);
-    return attribute == nullptr ? "<none>" : std::string(attribute->get_value());
-}
-
 } // namespace
 
 TEST(UnitableStructureContainer, InitContainerFillsAndLocksOnce)
@@ -54,28 +39,12 @@ TEST(UnitableStructureContainer, InitContainerFillsAndLocksOnce)
     EXPECT_TRUE(test.isInited());
 }
 
-TEST(UnitableStructureContainer, LocksGoOnAfterTheWholeSubtreeIsBuilt)
-{
-    SampleTest test;
-    test.initContainer();
-    EXPECT_TRUE(test.isLocked());
-    EXPECT_TRUE(test.getSettings()->isLocked());
-    EXPECT_TRUE(test.getParameters()->isLocked());
-    EXPECT_TRUE(test.getResults()->isLocked());
-    EXPECT_FALSE(test.getDescriptors()->isLocked());
-}
-
 TEST(UnitableStructureContainer, FixedHierarchicalModeRefusesOnlyAnotherMode)
 {
     SettingsContainer settings;
     EXPECT_NO_THROW(settings.setHierarchicalMode(ContainerHierarchicalMode::Settings));
-    try {
-        settings.setHierarchicalMode(ContainerHierarchicalMode::Parameters);
-        FAIL() << "a fixed mode was changed";
-    }
-    catch (const std::logic_error& error) {
-        EXPECT_STREQ(error.what(), "Hierarchical mode is fixed");
-    }
+    EXPECT_THAT([&] { settings.setHierarchicalMode(ContainerHierarchicalMode::Parameters); },
+                ::testing::ThrowsMessage<std::logic_error>(::testing::StrEq("Hierarchical mode is fixed")));
     EXPECT_EQ(settings.getHierarchicalMode(), ContainerHierarchicalMode::Settings);
 
     UnitContainer free;
@@ -172,23 +141,6 @@ TEST(UnitableStructureContainer, TemplateXmlDependsOnKindAndPosition)
     }
 }
 
-TEST(UnitableStructureContainer, UnknownTemplateNameSurvivesLoadAndSave)
-{
-    for (const std::uint8_t kind : {SerializationMode::User, SerializationMode::System}) {
-        SCOPED_TRACE(static_cast<int>(kind));
-        SampleRoot root;
-        root.initContainer();
-        auto* protection = addFilled<SampleProtection>(root.getContainers(), "Protection");
-        auto document = parse("<Node Id='Protection' TemplateXml='NoSuchTemplate-4711'/>");
-        protection->setXml(document->get_root_node(), modeOf(kind));
-
-        ASSERT_NE(protection->getTemplateActivator(), nullptr);
-        xmlpp::Document saved;
-        const xmlpp::Element* element = protection->getXml(saved.create_root_node("Doc"), modeOf(kind));
-        EXPECT_EQ(attributeOf(element, "TemplateXml"), "NoSuchTemplate-4711");
-    }
-}
-
 TEST(UnitableStructureContainer, ProjectRebuildsTheStructureFromItsTemplateFirst)
 {
     registerSampleTypes();
@@ -237,70 +189,4 @@ TEST(UnitableStructureContainer, TemplateThatContainsItselfIsAppliedOnce)
     ASSERT_NE(inner, nullptr);
     EXPECT_TRUE(inner->isInited());
     EXPECT_TRUE(inner->getContainers()->empty());
-}
-
-TEST(UnitableStructureContainer, SectionsAcceptOnlyUnits)
-{
-    UnitContainer units;
-    NumberUnit number;
-    StringUnit text("Text");
-    Node plain("Plain");
-    SampleTest test;
-    EXPECT_TRUE(units.canContains(&number));
-    EXPECT_TRUE(units.canContains(&text));
-    EXPECT_FALSE(units.canContains(&plain));
-    EXPECT_FALSE(units.canContains(&test));
-    EXPECT_FALSE(units.canContains(nullptr));
-
-    DescriptorsContainer descriptors;
-    EXPECT_TRUE(descriptors.canContains(&text));
-    EXPECT_FALSE(descriptors.canContains(&number));
-    EXPECT_FALSE(descriptors.canContains(nullptr));
-}
-
-TEST(UnitableStructureContainer, ReportCarriesTheModeWord)
-{
-    SampleTest test("Test");
-    test.initContainer();
-    UnitContainer free("Free");
-    xmlpp::Document document;
-    xmlpp::Element* report = document.create_root_node("Report");
-    DisplayXmlParameters parameters("/tmp");
-    test.getDisplayXml(parameters, report);
-    free.getDisplayXml(parameters, report);
-
-    struct Row {
-        const char* path;
-        const char* mode;
-        const char* dataType;
-    };
-    const Row rows[] = {
-        {"/Report/Node[@Id='Test']", "<none>", "TestContainer"},
-        {"/Report/Node[@Id='Test']/Node[@Id='Settings']", "Settings", "ValueContainer"},
-        {"/Report/Node[@Id='Test']/Node[@Id='Parameters']", "Parameters", "ValueContainer"},
-        {"/Report/Node[@Id='Test']/Node[@Id='Results']", "Results", "ResultContainer"},
-        {"/Report/Node[@Id='Free']", "<none>", "ValueContainer"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.path);
-        const auto found = report->find(row.path);
-        ASSERT_EQ(found.size(), 1u);
-        const auto* element = static_cast<const xmlpp::Element*>(found.front());
-        EXPECT_EQ(attributeOf(element, "Mode"), row.mode);
-        EXPECT_EQ(attributeOf(element, "DataType"), row.dataType);
-    }
-}
-
-TEST(UnitableStructureContainer, SetHardwareSignalsOnlyChanges)
-{
-    UnitContainer container;
-    int signals = 0;
-    container.getSignalHardwareChanged().connect([&signals] { ++signals; });
-    auto* hardware = reinterpret_cast<ZemDevice::HardwareManager*>(&signals);
-    container.setHardware(hardware);
-    container.setHardware(hardware);
-    EXPECT_EQ(signals, 1);
-    EXPECT_EQ(container.getHardware(), hardware);
-    container.setHardware(nullptr);
-    EXPECT_EQ(signals, 2);
 }

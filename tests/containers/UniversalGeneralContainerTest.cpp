@@ -1,13 +1,9 @@
 #include "containers/UniversalGeneralContainer.h"
 
 #include "ContainerTestNodes.h"
-#include "containers/BaseUniversalContainer.h"
 #include "containers/DescriptorsContainer.h"
 #include "containers/SpecialModuleInfo.h"
-#include "core/tree/ActionUnit.h"
-#include "core/tree/SeparateUnit.h"
 #include "core/tree/StringUnit.h"
-#include "core/tree/TreeLocalization.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -39,44 +35,14 @@ const xmlpp::Element* specialInfoOf(const UniversalGeneralContainer& item, std::
 
 } // namespace
 
-TEST(UniversalGeneralContainer, ChildrenOfARootAndOfAChildItem)
+TEST(UniversalGeneralContainer, OnlyARootItemHasDescriptors)
 {
     SampleRoot root;
     root.initContainer();
     EXPECT_EQ(childIds(root), (std::vector<std::string>{"Descriptors", "Settings", "Parameters", "Collection"}));
-    EXPECT_NE(root.getDescriptors(), nullptr);
-
     auto* protection = addFilled<SampleProtection>(root.getContainers(), "Protection");
     EXPECT_EQ(childIds(*protection), (std::vector<std::string>{"Settings", "Parameters", "Tests"}));
     EXPECT_EQ(protection->getDescriptors(), nullptr);
-
-    auto* test = addFilled<SampleTest>(protection->getTests(), "Test");
-    EXPECT_EQ(childIds(*test), (std::vector<std::string>{"Settings", "Parameters", "Results"}));
-
-    SampleTest lone("Lone");
-    lone.initContainer();
-    EXPECT_EQ(childIds(lone), (std::vector<std::string>{"Descriptors", "Settings", "Parameters", "Results"}));
-}
-
-TEST(UniversalGeneralContainer, ParametersStartWithTheActionGroup)
-{
-    const int oldLanguage = lng::language;
-    lng::language = 0;
-    UniversalGeneralContainer item;
-    item.initContainer();
-    lng::language = oldLanguage;
-
-    ASSERT_EQ(childIds(*item.getParameters()), (std::vector<std::string>{"GroupMode", "ActionBefore", "ActionAfter"}));
-    auto* group = dynamic_cast<SeparateUnit*>(item.getParameters()->at(0));
-    ASSERT_NE(group, nullptr);
-    EXPECT_EQ(group->getDescription(), "Actions");
-    EXPECT_EQ(group->getSecondText(), "Actions");
-    EXPECT_EQ(item.getActionBefore(), item.getParameters()->at(1));
-    EXPECT_EQ(item.getActionAfter(), item.getParameters()->at(2));
-    EXPECT_EQ(item.getActionBefore()->getDescription(), "Action (begin)");
-    EXPECT_EQ(item.getActionAfter()->getDescription(), "Action (end)");
-    EXPECT_FALSE(item.getActionBefore()->isActive());
-    EXPECT_FALSE(item.getActionAfter()->isActive());
 }
 
 TEST(UniversalGeneralContainer, FilledItemRefusesStructureChangesButDescriptorsStayOpen)
@@ -183,13 +149,4 @@ TEST(UniversalGeneralContainer, BadUidIsAStandardException)
         else
             EXPECT_THROW(info.setXml(parser.get_document()->get_root_node()), std::invalid_argument);
     }
-}
-
-TEST(UniversalGeneralContainer, BaseUniversalContainerHasNoSections)
-{
-    BaseUniversalContainer bare;
-    bare.initContainer();
-    EXPECT_EQ(bare.getId(), "BaseUniversalContainer");
-    EXPECT_TRUE(bare.empty());
-    EXPECT_EQ(bare.getIsEvaluated(), Zem::Nullable<bool>());
 }

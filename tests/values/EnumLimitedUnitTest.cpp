@@ -115,14 +115,6 @@ TEST(EnumLimitedUnitTest, HeldLimiterLivesWhileItIsInForce)
     EXPECT_EQ(unit->getLimiter(), &other);
 }
 
-TEST(EnumLimitedUnitTest, NullHeldLimiterGivesTheUnitItsOwn)
-{
-    LimitedUnit unit("Limited", LocalString::Empty(), LocalString::Empty(), std::shared_ptr<EnumLimiter>());
-    EXPECT_FALSE(unit.hasExternalLimiter());
-    ASSERT_NE(unit.getLimiter(), nullptr);
-    EXPECT_EQ(unit.getLimiter()->getParent(), &unit);
-}
-
 TEST(EnumLimitedUnitTest, OwnLimiterIsFixedWithTheStructure)
 {
     LockableGroup group("Group");

@@ -3,7 +3,6 @@
 #include "ValueTestSupport.h"
 #include "core/common/XmlInclude.h"
 #include "core/formula/EmbeddedFormula.h"
-#include "core/tree/DisplayXmlParameters.h"
 #include "core/tree/ExtendedTypeInfo.h"
 #include "core/tree/Node.h"
 #include "core/tree/SerializationMode.h"
@@ -298,16 +297,6 @@ TEST(UnitTest, HiddenFlagSwitchesBetweenDefaultAndWorkingValue)
     EXPECT_EQ(log.take(), "out(4);data;out(2);data;");
 }
 
-TEST(UnitTest, WorkingStoreStartsAsACloneOfTheDefaults)
-{
-    ProbeUnit<double> unit("U", 1.0);
-    unit.setIsHidden(true);
-    unit.setDefaultData(3.0);
-    unit.setIsHidden(false);
-    EXPECT_EQ(unit.getValue(), 3.0) << "the working store starts as a copy of the defaults";
-    EXPECT_EQ(unit.clones, 1);
-}
-
 TEST(UnitTest, EmbeddedFormulaWithTargetPresentIsServedAtOnce)
 {
     EmbeddedTree tree;
@@ -409,27 +398,9 @@ TEST(UnitTest, FormulaFollowsAnotherUnitLive)
     EXPECT_EQ(follower->getValue(), 0.0);
 }
 
-TEST(UnitTest, ReportCarriesTypeParametersAndValue)
-{
-    ProbeUnit<double> unit("U", 2.5);
-    ZemTree::DisplayXmlParameters parameters("/tmp");
-    xmlpp::Document document;
-    xmlpp::Element* const root = document.create_root_node("Report");
-    unit.getDisplayXml(parameters, root);
-    xmlpp::Element* const own = firstChild(root, "Node");
-    ASSERT_NE(own, nullptr);
-    EXPECT_EQ(attribute(own, "DataType"), "double");
-    std::vector<std::string> names;
-    for (xmlpp::Node* child : own->get_children())
-        names.push_back(child->get_name());
-    EXPECT_EQ(names, (std::vector<std::string>{"Parameters", "Value"}));
-    EXPECT_EQ(attribute(firstChild(own, "Value"), "Text"), "2.5");
-}
-
 TEST(UnitTest, UnitTakesNoFreeChildren)
 {
     ProbeUnit<double> unit("U");
     EXPECT_THROW(unit.add(std::make_unique<Node>("Child")), std::logic_error);
     EXPECT_EQ(unit.size(), 0u);
-    EXPECT_EQ(ZemTree::Unit<double>().getId(), "Unit");
 }

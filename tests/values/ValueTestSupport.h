@@ -117,17 +117,7 @@ protected:
     void _getDataXml(const T& data, xmlpp::Element* element) const override { writeDataAttribute(data, element); }
 };
 
-// A value that keeps the default hooks of the template.
-template <class T> class PlainValue : public ZemTree::Value<T> {
-public:
-    explicit PlainValue(ZemTree::IValueSource<T>* source) : ZemTree::Value<T>(nullptr, source) {}
-
-    using ZemTree::Value<T>::_getValueXml;
-    using ZemTree::Value<T>::_setValueXml;
-};
-
-// A unit with an XML data form, counted clones (a clone of TestData is a new object with the same number),
-// counted computations, and report hooks that leave marks.
+// A unit with an XML data form and counted clones (a clone of TestData is a new object with the same number).
 template <class T> class ProbeUnit : public ZemTree::Unit<T> {
 public:
     ProbeUnit(const std::string& id, T defaultData)
@@ -139,14 +129,6 @@ public:
     using ZemTree::Value<T>::_buildFormula;
 
     mutable int clones = 0;
-    mutable int computations = 0;
-
-    static ZemTree::SerializationMode userMode()
-    {
-        ZemTree::SerializationMode mode;
-        mode.kind = ZemTree::SerializationMode::User;
-        return mode;
-    }
 
 protected:
     T _cloneData(const T& data) const override
@@ -157,21 +139,8 @@ protected:
         else
             return data;
     }
-    std::unique_ptr<Zem::Out<T>> _coerceValueOut(std::unique_ptr<Zem::Out<T>> out) const override
-    {
-        ++computations;
-        return out;
-    }
     T _createDataFromXml(xmlpp::Element* element) const override { return readDataAttribute<T>(element); }
     void _getDataXml(const T& data, xmlpp::Element* element) const override { writeDataAttribute(data, element); }
-    void _getDisplayXmlCurrentParameters(ZemTree::DisplayXmlParameters&, xmlpp::Element* element) const override
-    {
-        element->add_child("Parameters");
-    }
-    void _getDisplayXmlCurrentValue(ZemTree::DisplayXmlParameters&, xmlpp::Element* element) const override
-    {
-        element->add_child("Value")->set_attribute("Text", describe(this->getValue()));
-    }
 };
 
 // Collects the signals of a value as one line, "out(<value>);flag;data;formula;", where each value-out entry
