@@ -2,7 +2,6 @@
 
 #include "core/tree/Measures.h"
 
-#include <clocale>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -46,15 +45,6 @@ public:
     int number = -1;
 };
 
-// A class whose fresh object is not its default-constructed one.
-class Counted {
-public:
-    explicit Counted(int start) : number(start) {}
-    void operator<<(std::istringstream& stream) { number += static_cast<int>(stream.str().size()); }
-
-    int number;
-};
-
 struct NoTextForm {
     int anything = 0;
 };
@@ -62,12 +52,6 @@ struct NoTextForm {
 enum class Colour { Red = 2, Blue = -5 };
 
 } // namespace
-
-namespace Zem {
-template <> struct ConvertionObjectFactory<Counted> {
-    static std::shared_ptr<Counted> create() { return std::make_shared<Counted>(100); }
-};
-} // namespace Zem
 
 TEST(ConvertionHelperTest, RealTextsKeepFifteenDigitsLessThePrecision)
 {
@@ -80,45 +64,26 @@ TEST(ConvertionHelperTest, RealTextsKeepFifteenDigitsLessThePrecision)
         {0.0, 2, "0"},
         {-0.0, 0, "0"},
         {1e-14, 2, "0"},
-        {-1e-14, 2, "0"},
         {1e-14, 0, "1e-14"},
         {0.1 + 0.2, 2, "0.3"},
-        {0.1 + 0.2, 0, "0.3"},
         {1234.5, 2, "1234.5"},
-        {1000.0, 0, "1000"},
-        {0.001234, 2, "0.001234"},
         {1.0 / 3.0, 2, "0.3333333333333"},
         {1.0 / 3.0, 0, "0.333333333333333"},
         {1.2345678901234567, 2, "1.2345678901235"},
-        {1.2345678901234567, 0, "1.23456789012346"},
         {123456789012345678.0, 0, "1.23456789012346e+17"},
         {1e20, 2, "1e+20"},
         // A negative value falls back to the stream's six significant digits.
         {-1.23456789, 2, "-1.23457"},
-        {-1.23456789, 0, "-1.23457"},
-        {-1234.5, 2, "-1234.5"},
         {-1234567.0, 0, "-1.23457e+06"},
         // The precision may give up every digit: then the floor swallows the value.
         {2.5, 16, "0"},
         {quietNan, 2, "nan"},
         {inf, 2, "inf"},
-        {-inf, 2, "-inf"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.text) + " with precision " + std::to_string(row.precision));
         EXPECT_EQ((Zem::convertToString<double, true>(row.value, row.precision)), row.text);
     }
-}
-
-TEST(ConvertionHelperTest, IntegerTextsArePlainDigits)
-{
-    EXPECT_EQ((Zem::convertToString<long, true>(-1234567L)), "-1234567");
-    EXPECT_EQ((Zem::convertToString<int, true>(0)), "0");
-    EXPECT_EQ((Zem::convertToString<long, true>(std::numeric_limits<long>::min())), "-9223372036854775808");
-    EXPECT_EQ((Zem::convertToString<unsigned long, true>(std::numeric_limits<unsigned long>::max())),
-              "18446744073709551615");
-    // A byte is a number, not a character.
-    EXPECT_EQ((Zem::convertToString<signed char, true>(static_cast<signed char>(-7))), "-7");
 }
 
 TEST(ConvertionHelperTest, ReadingIsStrict)
@@ -133,10 +98,8 @@ TEST(ConvertionHelperTest, ReadingIsStrict)
     const Row rows[] = {
         {"12", true, 12, true, 12.0},
         {" 12", true, 12, true, 12.0},
-        {"+5", true, 5, true, 5.0},
         {"-40", true, -40, true, -40.0},
         {"12 ", false, 0, false, 0.0},
-        {"12a", false, 0, false, 0.0},
         {"", false, 0, false, 0.0},
         {"1e3", false, 0, true, 1000.0},
         {"2.5", false, 0, true, 2.5},
@@ -145,15 +108,10 @@ TEST(ConvertionHelperTest, ReadingIsStrict)
         {"1e400", false, 0, false, 0.0},
         {"99999999999999999999", false, 0, true, 1e20},
         {"nan", false, 0, true, quietNan},
-        {"NaN", false, 0, true, quietNan},
         {" nan", false, 0, false, 0.0},
         {"infinity", false, 0, true, inf},
-        {"inf", false, 0, true, inf},
         {"-inf", false, 0, true, -inf},
-        {"-Infinity", false, 0, true, -inf},
         {"infinityx", false, 0, false, 0.0},
-        {"infin", false, 0, false, 0.0},
-        {"-", false, 0, false, 0.0},
         {"--inf", false, 0, false, 0.0},
     };
     for (const Row& row : rows) {
@@ -189,67 +147,6 @@ TEST(ConvertionHelperTest, IntegersOutOfTheirRangeDoNotRead)
     EXPECT_EQ(positive, 3u);
 }
 
-TEST(ConvertionHelperTest, SpecialFloatingIsReadAtAPosition)
-{
-    struct Row {
-        const char* text;
-        unsigned long position;
-        unsigned long end;
-        double value;
-    };
-    const Row rows[] = {
-        {"x-inf,", 1, 5, -inf},     {"xinfinity", 1, 9, inf}, {"INFINITY", 0, 8, inf},
-        {"infinit", 0, 3, inf},                                                   // the shorter word still stands there
-        {"ab nan", 3, 6, quietNan}, {"ab nan", 2, 2, 5.0},                        // nothing at the blank
-        {"-", 0, 0, 5.0},           {"--inf", 0, 0, 5.0},     {"inf", 3, 3, 5.0}, // at the end
-        {"inf", 99, 99, 5.0},                                                     // behind the end
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(std::string(row.text) + " at " + std::to_string(row.position));
-        double value = 5.0;
-        EXPECT_EQ(Zem::tryExtractSpecialFloating<double>(row.text, row.position, value), row.end);
-        if (std::isnan(row.value))
-            EXPECT_TRUE(std::isnan(value));
-        else
-            EXPECT_EQ(value, row.value);
-    }
-
-    double negativeNan = 0.0;
-    ASSERT_EQ(Zem::tryExtractSpecialFloating<double>("-nan", 0, negativeNan), 4u);
-    EXPECT_TRUE(std::isnan(negativeNan));
-    EXPECT_TRUE(std::signbit(negativeNan));
-}
-
-TEST(ConvertionHelperTest, SplitKeepsEveryPiece)
-{
-    struct Row {
-        const char* text;
-        std::vector<std::string> pieces;
-    };
-    const Row rows[] = {
-        {"", {""}},
-        {"a", {"a"}},
-        {"a;", {"a", ""}},
-        {";", {"", ""}},
-        {"a;;b", {"a", "", "b"}},
-        {";a;b;", {"", "a", "b", ""}},
-        {"a,b;c", {"a,b", "c"}},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(std::string("'") + row.text + "'");
-        EXPECT_EQ(Zem::splitConvert<std::string>(row.text, ';'), row.pieces);
-    }
-}
-
-TEST(ConvertionHelperTest, StreamFormsWriteThroughTheObject)
-{
-    const Tolerant object("a b");
-    EXPECT_EQ((Zem::convertToString<Tolerant, true, true>(object)), "[a b]");
-    const auto pointer = std::make_shared<Tolerant>("x");
-    EXPECT_EQ((Zem::convertToString<std::shared_ptr<Tolerant>, true, true>(pointer)), "[x]");
-    EXPECT_EQ((Zem::convertToString<std::shared_ptr<Tolerant>, true, true>(nullptr)), "");
-}
-
 TEST(ConvertionHelperTest, SharedPointerReadingBuildsANewObject)
 {
     const auto before = std::make_shared<Tolerant>("old");
@@ -269,9 +166,6 @@ TEST(ConvertionHelperTest, SharedPointerReadingBuildsANewObject)
     ASSERT_TRUE((Zem::tryConvert<std::shared_ptr<Picky>, true, true>("7", picky)));
     EXPECT_EQ(picky->number, 7);
 
-    std::shared_ptr<Counted> counted;
-    ASSERT_TRUE((Zem::tryConvert<std::shared_ptr<Counted>, true, true>("abc", counted)));
-    EXPECT_EQ(counted->number, 103);
 }
 
 TEST(ConvertionHelperTest, TypeWithoutTextFormThrowsOrFails)
@@ -290,22 +184,20 @@ TEST(ConvertionHelperTest, TypeWithoutTextFormThrowsOrFails)
     NoTextForm target;
     EXPECT_FALSE(Zem::fromText("1", target));
     EXPECT_FALSE((Zem::tryConvert<NoTextForm, true, true>("1", target)));
-    std::shared_ptr<Counted> noWriter = std::make_shared<Counted>(1);
-    EXPECT_THROW(Zem::toText(noWriter), std::logic_error);
 }
 
 TEST(ConvertionHelperTest, GenericFormsChooseByType)
 {
     EXPECT_EQ(Zem::toText(std::string("a b")), "a b");
-    EXPECT_EQ(Zem::toText(true), "true");
     EXPECT_EQ(Zem::toText(false), "false");
-    EXPECT_EQ(Zem::toText(0.1 + 0.2), "0.3");
     EXPECT_EQ(Zem::toText(1.0 / 3.0), "0.333333333333333");
-    EXPECT_EQ(Zem::toText(-12L), "-12");
     EXPECT_EQ(Zem::toText(Colour::Blue), "-5");
     EXPECT_EQ(Zem::toText(ZemTree::Measures::Ohm()), "Ohm");
     EXPECT_EQ(Zem::toText(static_cast<ZemTree::Measure*>(nullptr)), "");
     EXPECT_EQ(Zem::toText(std::make_shared<Tolerant>("p")), "[p]");
+    EXPECT_EQ((Zem::convertToString<std::shared_ptr<Tolerant>, true, true>(nullptr)), "");
+    // A byte is a number, not a character.
+    EXPECT_EQ((Zem::convertToString<signed char, true>(static_cast<signed char>(-7))), "-7");
 
     bool flag = false;
     EXPECT_TRUE(Zem::fromText("true", flag));
@@ -343,25 +235,28 @@ TEST(ConvertionHelperTest, RealTextsReadBackToTheSameText)
 namespace {
 
 // Sets a global locale for the life of the object and restores the previous one after.
-class GlobalLocaleGuard {
-public:
-    explicit GlobalLocaleGuard(const std::locale& locale) : _previous(std::locale::global(locale)) {}
-    ~GlobalLocaleGuard() { std::locale::global(_previous); }
-
-private:
-    std::locale _previous;
+struct GlobalLocaleGuard {
+    explicit GlobalLocaleGuard(const std::locale& locale) : previous(std::locale::global(locale)) {}
+    ~GlobalLocaleGuard() { std::locale::global(previous); }
+    std::locale previous;
 };
 
-class CommaPunctuation : public std::numpunct<char> {
-protected:
+struct CommaPunctuation : std::numpunct<char> {
     char do_decimal_point() const override { return ','; }
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\3"; }
 };
 
-// The texts of a fixed set of values, and whether a fixed set of texts reads back to the expected values.
-void expectLocaleFreeTexts()
+} // namespace
+
+TEST(ConvertionHelperTest, TextsDoNotDependOnTheGlobalLocale)
 {
+    const GlobalLocaleGuard guard(std::locale(std::locale::classic(), new CommaPunctuation));
+    // The test is only worth something if the global locale really writes a comma.
+    std::ostringstream probe;
+    probe << 1234.5;
+    ASSERT_EQ(probe.str(), "1.234,5");
+
     EXPECT_EQ((Zem::convertToString<double, true>(1234567.25, 2)), "1234567.25");
     EXPECT_EQ((Zem::convertToString<double, true>(-1.5, 2)), "-1.5");
     EXPECT_EQ((Zem::convertToString<long, true>(1234567L)), "1234567");
@@ -377,36 +272,7 @@ void expectLocaleFreeTexts()
     EXPECT_EQ(integer, 1234567L);
     EXPECT_FALSE((Zem::tryConvert<long, true>("1.234.567", integer)));
     EXPECT_EQ(Zem::splitConvert<std::string>("1,5;2,5", ';'), (std::vector<std::string>{"1,5", "2,5"}));
-}
-
-} // namespace
-
-TEST(ConvertionHelperTest, TextsDoNotDependOnTheGlobalLocale)
-{
-    {
-        const GlobalLocaleGuard guard(std::locale(std::locale::classic(), new CommaPunctuation));
-        // The test is only worth something if the global locale really writes a comma.
-        std::ostringstream probe;
-        probe << 1234.5;
-        ASSERT_EQ(probe.str(), "1.234,5");
-        expectLocaleFreeTexts();
-    }
-
-    // The C library's locale as well, where a comma locale is installed.
-    for (const char* name : {"de_DE.UTF-8", "ru_RU.UTF-8", "de_DE.utf8", "ru_RU.utf8"}) {
-        const std::string previous = std::setlocale(LC_ALL, nullptr);
-        if (std::setlocale(LC_ALL, name) == nullptr)
-            continue;
-        SCOPED_TRACE(name);
-        try {
-            const GlobalLocaleGuard guard{std::locale(name)};
-            expectLocaleFreeTexts();
-        }
-        catch (const std::runtime_error&) {
-            // The C library knows the locale but the C++ library does not: the C side alone is checked.
-            expectLocaleFreeTexts();
-        }
-        std::setlocale(LC_ALL, previous.c_str());
-        return;
-    }
+    // Every piece is kept, the empty ones included.
+    EXPECT_EQ(Zem::splitConvert<std::string>(";a;;", ';'), (std::vector<std::string>{"", "a", "", ""}));
+    EXPECT_EQ(Zem::splitConvert<std::string>("", ';'), std::vector<std::string>{""});
 }

@@ -16,8 +16,7 @@ TEST(StringHelperTest, SplitKeepsEmptyParts)
         std::vector<std::string> parts;
     };
     const std::vector<Row> rows = {
-        {"", {""}},      {"a", {"a"}},      {"a;b", {"a", "b"}},      {"a;b;", {"a", "b", ""}},
-        {";", {"", ""}}, {";a", {"", "a"}}, {"a;;b", {"a", "", "b"}}, {";;", {"", "", ""}},
+        {"", {""}}, {"a;b;", {"a", "b", ""}}, {";a", {"", "a"}}, {"a;;b", {"a", "", "b"}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE("\"" + row.text + "\"");
@@ -31,9 +30,8 @@ TEST(StringHelperTest, ReplaceAll)
         std::string text, pattern, replacement, expected;
     };
     const std::vector<Row> rows = {
-        {"aaa", "a", "b", "bbb"}, {"aaa", "aa", "b", "ba"},           {"abc", "", "x", "abc"},
-        {"abcb", "b", "", "ac"},  {"a.b", ".", "..", "a..b"}, // The replacement is not scanned again.
-        {"", "a", "b", ""},       {"x = {x}", "{x}", "12", "x = 12"}, {"норма", "орм", "ОРМ", "нОРМа"},
+        {"aaa", "aa", "b", "ba"}, {"abc", "", "x", "abc"}, {"abcb", "b", "", "ac"},
+        {"a.b", ".", "..", "a..b"}, // The replacement is not scanned again.
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text + " / " + row.pattern);
@@ -51,14 +49,10 @@ TEST(StringHelperTest, IsInclude)
         bool ignoreCase, expected;
     };
     const std::vector<Row> rows = {
-        {"whole text", "nan", "nan", 0, 3, false, true},
-        {"at a position", "-inf", "inf", 1, 4, false, true},
         {"case differs, case-sensitive", "NaN", "nan", 0, 3, false, false},
         {"case differs, case ignored", "xNaN", "nan", 1, 4, true, true},
         {"pattern crosses end", "infinity", "inf", 0, 2, false, false},
         {"end past the text is clamped", "abc", "bc", 1, 100, false, true},
-        {"pattern longer than the rest", "ab", "abc", 0, 3, false, false},
-        {"position behind the text", "abc", "a", 4, 10, false, false},
         {"huge position", "abc", "a", npos, npos, false, false},
         {"empty pattern at the end", "abc", "", 3, 3, false, true},
         {"empty pattern behind end", "abc", "", 3, 2, false, false},

@@ -6,9 +6,8 @@
 
 #include <sigc++/connection.h>
 
-#include <gtest/gtest.h>
-
 #include <chrono>
+#include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
@@ -24,8 +23,6 @@ using ZemDevice::HardwareManager;
 using ZemDevice::SimulatedRelay;
 using ZemDevice::VirtualBinaryInputChannel;
 
-const auto patience = std::chrono::seconds(10);
-
 AnalogPhasor amplitude(double value)
 {
     AnalogPhasor phasor;
@@ -36,6 +33,12 @@ AnalogPhasor amplitude(double value)
 // Collects the changes of one input, made on the relay's thread, for the test's thread.
 class InputWatch {
 public:
+    struct Change {
+        bool state;
+        Clock::time_point time;
+        std::thread::id thread;
+    };
+
     explicit InputWatch(VirtualBinaryInputChannel& input)
         : _connection(input.getSignalStateChanged().connect([this](bool state, Clock::time_point time) {
               {
@@ -50,21 +53,12 @@ public:
     InputWatch(const InputWatch&) = delete;
     InputWatch& operator=(const InputWatch&) = delete;
 
-    struct Change {
-        bool state;
-        Clock::time_point time;
-        std::thread::id thread;
-    };
-
-    // Waits until at least `count` changes came; false on time-out.
+    // Waits until at least `count` changes came; false when none comes for ten seconds.
     bool waitFor(std::size_t count)
     {
-        const Clock::time_point deadline = Clock::now() + patience;
-        while (size() < count) {
-            if (!_event.waitOne(std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()))
-                && size() < count)
-                return false;
-        }
+        while (changes().size() < count)
+            if (!_event.waitOne(std::chrono::seconds(10)))
+                return changes().size() >= count;
         return true;
     }
 
@@ -72,11 +66,6 @@ public:
     {
         const std::lock_guard<std::mutex> lock(_mutex);
         return _changes;
-    }
-    std::size_t size()
-    {
-        const std::lock_guard<std::mutex> lock(_mutex);
-        return _changes.size();
     }
 
 private:
@@ -122,35 +111,13 @@ TEST_F(SimulatedRelayThreadTest, StageOperatesNoSoonerThanItsOperateTimeAndReset
     EXPECT_NE(std::this_thread::get_id(), changes[0].thread) << "the relay drives on its own thread";
 }
 
-TEST_F(SimulatedRelayThreadTest, FollowerCopiesAnOutputOntoAnInputLater)
-{
-    auto& echo = input(1, 7);
-    InputWatch watch(echo);
-    auto* output = hardware.getVirtualChannels()->binaryOutputGroups()[0]->getChannel(0);
-    SimulatedRelay relay(hardware);
-    relay.addFollower("BinaryOutputs/Group 1/Output 1", "BinaryInputs/Group 2/Input 8", 5ms);
-
-    output->setState(true);
-    const Clock::time_point closed = output->getLastChangeTime();
-    ASSERT_TRUE(watch.waitFor(1));
-    output->setState(false);
-    const Clock::time_point opened = output->getLastChangeTime();
-    ASSERT_TRUE(watch.waitFor(2));
-
-    const auto changes = watch.changes();
-    ASSERT_EQ(2u, changes.size());
-    EXPECT_TRUE(changes[0].state);
-    EXPECT_FALSE(changes[1].state);
-    EXPECT_GE(changes[0].time - closed, 5ms);
-    EXPECT_GE(changes[1].time - opened, 5ms);
-}
-
+// A follower copies an output onto an input later; the relay drives in the order of due times, so once the later
+// follower's change arrives, a trip whose condition held on would have come before it.
 TEST_F(SimulatedRelayThreadTest, AConditionThatReturnsBeforeItsTimeIsCancelled)
 {
     auto& trip = input(0, 0);
-    auto& sentinel = input(0, 1);
     InputWatch tripWatch(trip);
-    InputWatch sentinelWatch(sentinel);
+    InputWatch followerWatch(input(0, 1));
     auto* currents = hardware.getVirtualChannels()->analogOutputGroups()[0];
     auto* output = hardware.getVirtualChannels()->binaryOutputGroups()[0]->getChannel(0);
     SimulatedRelay relay(hardware);
@@ -159,22 +126,28 @@ TEST_F(SimulatedRelayThreadTest, AConditionThatReturnsBeforeItsTimeIsCancelled)
 
     currents->setPhasor(0, amplitude(5.0));
     currents->setPhasor(0, amplitude(0.5));
-    // The relay drives in the order of due times: once the later sentinel arrives, the trip would have come.
     output->setState(true);
-    ASSERT_TRUE(sentinelWatch.waitFor(1));
-    EXPECT_EQ(0u, tripWatch.size());
+    const Clock::time_point closed = output->getLastChangeTime();
+    ASSERT_TRUE(followerWatch.waitFor(1));
+    EXPECT_TRUE(tripWatch.changes().empty());
     EXPECT_FALSE(trip.getState());
+    output->setState(false);
+    ASSERT_TRUE(followerWatch.waitFor(2));
+    const auto changes = followerWatch.changes();
+    ASSERT_EQ(2u, changes.size());
+    EXPECT_TRUE(changes[0].state);
+    EXPECT_GE(changes[0].time - closed, 60ms);
+    EXPECT_FALSE(changes[1].state);
 }
 
 TEST_F(SimulatedRelayThreadTest, AConditionThatAlreadyHoldsWhenAddedOperates)
 {
-    auto& trip = input(1, 0);
-    InputWatch watch(trip);
+    InputWatch watch(input(1, 0));
     hardware.getVirtualChannels()->analogOutputGroups()[2]->setPhasor(2, amplitude(-3.0));
     SimulatedRelay relay(hardware);
     relay.addStage("AnalogOutputs/Group 3", 2, 3.0, 0ms, "BinaryInputs/Group 2/Input 1");
     ASSERT_TRUE(watch.waitFor(1));
-    EXPECT_TRUE(trip.getState());
+    EXPECT_TRUE(watch.changes()[0].state);
 }
 
 TEST_F(SimulatedRelayThreadTest, BadWiringIsRefused)
@@ -182,13 +155,10 @@ TEST_F(SimulatedRelayThreadTest, BadWiringIsRefused)
     SimulatedRelay relay(hardware);
     EXPECT_THROW(relay.addStage("AnalogOutputs/Group 4", 0, 1.0, 0ms, "BinaryInputs/Group 1/Input 1"),
                  std::logic_error);
-    EXPECT_THROW(relay.addStage("AnalogOutputs/Group 1", 3, 1.0, 0ms, "BinaryInputs/Group 1/Input 1"),
-                 std::logic_error);
     EXPECT_THROW(relay.addStage("AnalogOutputs/Group 1", 0, 1.0, 0ms, "BinaryOutputs/Group 1/Output 1"),
                  std::logic_error);
     EXPECT_THROW(relay.addFollower("BinaryInputs/Group 1/Input 1", "BinaryInputs/Group 1/Input 2", 0ms),
                  std::logic_error);
-    EXPECT_THROW(relay.addFollower("BinaryOutputs/Group 1/Output 1", "", 0ms), std::logic_error);
 }
 
 TEST_F(SimulatedRelayThreadTest, DestroyedWithAPendingChangeItDrivesNothingMore)

@@ -1,16 +1,13 @@
 #include "core/device/VirtualBinaryChannel.h"
 
-#include "core/common/AutoResetEvent.h"
 #include "core/device/VirtualBinaryInputChannel.h"
 #include "core/device/VirtualBinaryOutputChannel.h"
 
 #include <sigc++/connection.h>
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
-#include <mutex>
+#include <gtest/gtest.h>
 #include <thread>
 #include <vector>
 
@@ -55,7 +52,8 @@ TEST(DeviceChannelTest, EachRealChangeEmitsOnceWithItsStateAndTime)
         IBinaryStateChannel& channel;
         void (*change)(IBinaryStateChannel&, bool);
     } rows[] = {
-        {"output", output, [](IBinaryStateChannel& c, bool s) { dynamic_cast<VirtualBinaryOutputChannel&>(c).setState(s); }},
+        {"output", output,
+         [](IBinaryStateChannel& c, bool s) { dynamic_cast<VirtualBinaryOutputChannel&>(c).setState(s); }},
         {"input", input, [](IBinaryStateChannel& c, bool s) { dynamic_cast<VirtualBinaryInputChannel&>(c).drive(s); }},
     };
     for (const auto& row : rows) {
@@ -66,74 +64,52 @@ TEST(DeviceChannelTest, EachRealChangeEmitsOnceWithItsStateAndTime)
         for (bool state : {false, true, true, false, true})
             row.change(row.channel, state);
         ASSERT_EQ(3u, recorder.changes.size());
-        EXPECT_TRUE(recorder.changes[0].state);
-        EXPECT_FALSE(recorder.changes[1].state);
-        EXPECT_TRUE(recorder.changes[2].state);
-        for (const Change& change : recorder.changes)
-            EXPECT_EQ(change.state, change.stateSeenInSlot) << "the state is stored before the signal";
+        for (std::size_t index = 0; index < 3; ++index) {
+            EXPECT_EQ(index != 1, recorder.changes[index].state);
+            EXPECT_EQ(index != 1, recorder.changes[index].stateSeenInSlot) << "the state is stored before the signal";
+        }
         EXPECT_LE(before, recorder.changes[0].time);
-        EXPECT_LE(recorder.changes[0].time, recorder.changes[1].time);
         EXPECT_EQ(recorder.changes[2].time, row.channel.getLastChangeTime());
     }
 }
 
-TEST(DeviceThreadTest, DrivenOnAnotherThreadTheSignalFiresThereAndTheStateIsSeenHere)
+// One thread drives an input while two others read it: the signal fires on the driving thread, every change
+// emits once, and the readers see the change times only grow.
+TEST(DeviceThreadTest, ReadersOnOtherThreadsSeeConsistentStateWhileOneThreadDrives)
 {
     VirtualBinaryInputChannel input(1);
-    Zem::AutoResetEvent changed;
-    std::thread::id slotThread;
-    Clock::time_point slotTime;
-    std::mutex mutex;
-    sigc::connection connection = input.getSignalStateChanged().connect([&](bool, Clock::time_point time) {
-        {
-            const std::lock_guard<std::mutex> lock(mutex);
-            slotThread = std::this_thread::get_id();
-            slotTime = time;
-        }
-        changed.set();
-    });
-
-    std::thread relay([&input] { input.drive(true); });
-    ASSERT_TRUE(changed.waitOne(std::chrono::seconds(10)));
-    relay.join();
-    EXPECT_TRUE(input.getState());
-    const std::lock_guard<std::mutex> lock(mutex);
-    EXPECT_NE(std::this_thread::get_id(), slotThread);
-    EXPECT_EQ(slotTime, input.getLastChangeTime());
-    connection.disconnect();
-}
-
-TEST(DeviceThreadTest, ReadersOnOtherThreadsSeeConsistentStateWhileOneThreadToggles)
-{
-    VirtualBinaryOutputChannel output(1);
-    int emitted = 0;
-    sigc::connection connection = output.getSignalStateChanged().connect([&emitted](bool, Clock::time_point) {
-        ++emitted;
-    });
     const int toggles = 2000;
+    int emitted = 0;
+    std::thread::id slotThread;
+    sigc::connection connection = input.getSignalStateChanged().connect([&](bool, Clock::time_point) {
+        ++emitted;
+        slotThread = std::this_thread::get_id();
+    });
     std::atomic<bool> done{false};
-    std::thread writer([&] {
+    std::thread driver([&] {
         for (int index = 0; index < toggles; ++index)
-            output.setState(index % 2 == 0);
+            input.drive(index % 2 == 0);
         done = true;
     });
     std::vector<std::thread> readers;
     for (int reader = 0; reader < 2; ++reader) {
-        readers.emplace_back([&output, &done] {
-            Clock::time_point last = output.getLastChangeTime();
+        readers.emplace_back([&input, &done] {
+            Clock::time_point last = input.getLastChangeTime();
             while (!done) {
-                output.getState();
-                const Clock::time_point now = output.getLastChangeTime();
+                input.getState();
+                const Clock::time_point now = input.getLastChangeTime();
                 EXPECT_LE(last, now);
                 last = now;
             }
         });
     }
-    writer.join();
+    const std::thread::id driverThread = driver.get_id();
+    driver.join();
     for (std::thread& reader : readers)
         reader.join();
     EXPECT_EQ(toggles, emitted);
-    EXPECT_FALSE(output.getState());
+    EXPECT_EQ(driverThread, slotThread);
+    EXPECT_FALSE(input.getState());
     connection.disconnect();
 }
 

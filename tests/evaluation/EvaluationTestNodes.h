@@ -6,6 +6,7 @@
 #include "evaluation/ITestActionContainer.h"
 #include "evaluation/ITestContainer.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <memory>
@@ -22,15 +23,13 @@ constexpr std::chrono::milliseconds WaitTimeout{10000};
 // A thread-safe log of what happened, in order, with a gate that opens on a chosen entry.
 class EventLog {
 public:
-    explicit EventLog(std::string gateEntry = "finished") : _gateEntry(std::move(gateEntry)) {}
-
     void add(const std::string& entry)
     {
         {
             const std::lock_guard<std::mutex> lock(_mutex);
             _entries.push_back(entry);
         }
-        if (entry == _gateEntry)
+        if (entry == "finished")
             _gate.set();
     }
     std::vector<std::string> entries() const
@@ -40,40 +39,36 @@ public:
     }
     std::size_t count(const std::string& entry) const
     {
-        const std::lock_guard<std::mutex> lock(_mutex);
-        std::size_t result = 0;
-        for (const std::string& item : _entries)
-            result += item == entry ? 1 : 0;
-        return result;
+        const std::vector<std::string> all = entries();
+        return static_cast<std::size_t>(std::count(all.begin(), all.end(), entry));
     }
-    // True once `_gateEntry` has been added since the last wait, false on time-out.
+    // True once "finished" has been added since the last wait, false on time-out.
     bool waitGate() { return _gate.waitOne(WaitTimeout); }
 
 private:
-    const std::string _gateEntry;
     mutable std::mutex _mutex;
     std::vector<std::string> _entries;
     Zem::AutoResetEvent _gate;
 };
 
-// Logs an action unit as "before-<owner>" or "after-<owner>" each time it is evaluated.
-inline void logActionEvaluations(ZemTree::ActionUnit* action, EventLog& log)
+// An action unit that logs "action:before-<owner>" or "action:after-<owner>" each time it is evaluated.
+inline ZemTree::ActionUnit* loggedAction(ZemTree::Node& owner, const char* id, EventLog& log)
 {
-    action->getSignalEvaluated().connect([&log](ZemTree::ActionUnit* unit, ZemTree::IActionEngineAPI*) {
-        const std::string kind = unit->getId() == "ActionBefore" ? "before-" : "after-";
-        log.add("action:" + kind + unit->getParent()->getId());
-    });
+    ZemTree::ActionUnit* action = owner.add(std::make_unique<ZemTree::ActionUnit>(id));
+    const std::string entry =
+        std::string("action:") + (id == std::string("ActionBefore") ? "before-" : "after-") + owner.getId();
+    action->getSignalEvaluated().connect(
+        [&log, entry](ZemTree::ActionUnit*, ZemTree::IActionEngineAPI*) { log.add(entry); });
+    return action;
 }
 
 // A group that encloses tests and has actions of its own.
 class FakeGroup : public ZemTree::Unitable, public virtual ZemTree::ITestActionContainer {
 public:
-    FakeGroup(const std::string& id, EventLog& log) : ZemTree::Unitable(id, id)
+    FakeGroup(const std::string& id, EventLog& log)
+        : ZemTree::Unitable(id, id), _actionBefore(loggedAction(*this, "ActionBefore", log)),
+          _actionAfter(loggedAction(*this, "ActionAfter", log))
     {
-        _actionBefore = add(std::make_unique<ZemTree::ActionUnit>("ActionBefore"));
-        _actionAfter = add(std::make_unique<ZemTree::ActionUnit>("ActionAfter"));
-        logActionEvaluations(_actionBefore, log);
-        logActionEvaluations(_actionAfter, log);
     }
 
     Zem::Nullable<bool> getIsEvaluated() override { return true; }
@@ -81,8 +76,8 @@ public:
     ZemTree::ActionUnit* getActionAfter() override { return _actionAfter; }
 
 private:
-    ZemTree::ActionUnit* _actionBefore = nullptr;
-    ZemTree::ActionUnit* _actionAfter = nullptr;
+    ZemTree::ActionUnit* const _actionBefore;
+    ZemTree::ActionUnit* const _actionAfter;
 };
 
 // How a FakeTest ends once begun.
@@ -93,24 +88,22 @@ enum class FinishMode {
     OnRelease,
 };
 
-// A test with its own before and after actions, logging "begin:<id>" and "end:<id>".
+// A test with its own before and after actions, logging "begin:<id>", "forceStop:<id>" and "end:<id>".
 class FakeTest : public ZemTree::Unitable,
                  public virtual ZemTree::ITestContainer,
                  public virtual ZemTree::ITestActionContainer {
 public:
     FakeTest(const std::string& id, const std::string& description, FinishMode mode, EventLog& log,
              std::vector<std::string> progress = {})
-        : ZemTree::Unitable(id, description), _mode(mode), _log(log), _progress(std::move(progress))
+        : ZemTree::Unitable(id, description), _mode(mode), _log(log), _progress(std::move(progress)),
+          _actionBefore(loggedAction(*this, "ActionBefore", log)), _actionAfter(loggedAction(*this, "ActionAfter", log))
     {
-        _actionBefore = add(std::make_unique<ZemTree::ActionUnit>("ActionBefore"));
-        _actionAfter = add(std::make_unique<ZemTree::ActionUnit>("ActionAfter"));
-        logActionEvaluations(_actionBefore, log);
-        logActionEvaluations(_actionAfter, log);
     }
     ~FakeTest() override
     {
         release();
-        _joinThread();
+        if (_thread.joinable())
+            _thread.join();
     }
 
     Zem::Nullable<bool> getIsEvaluated() override { return true; }
@@ -121,9 +114,9 @@ public:
     {
         if (_isRunning)
             throw std::logic_error("Test " + getId() + " allready running.");
-        _joinThread();
+        if (_thread.joinable())
+            _thread.join();
         _isRunning = true;
-        ++_beginCount;
         _log.add("begin:" + getId());
         _signalIsRunningChanged.emit(true);
         _begun.set();
@@ -138,7 +131,6 @@ public:
     }
     void forceStopExecute() override
     {
-        ++_forceStopCount;
         _log.add("forceStop:" + getId());
         release();
     }
@@ -152,8 +144,6 @@ public:
     void release() { _release.set(); }
     // True once beginExecute has run since the last wait, false on time-out.
     bool waitBegun() { return _begun.waitOne(WaitTimeout); }
-    int getBeginCount() const { return _beginCount; }
-    int getForceStopCount() const { return _forceStopCount; }
 
 private:
     void _run()
@@ -165,20 +155,13 @@ private:
         _signalIsRunningChanged.emit(false);
         _signalFinished.emit();
     }
-    void _joinThread()
-    {
-        if (_thread.joinable())
-            _thread.join();
-    }
 
     const FinishMode _mode;
     EventLog& _log;
     const std::vector<std::string> _progress;
-    ZemTree::ActionUnit* _actionBefore = nullptr;
-    ZemTree::ActionUnit* _actionAfter = nullptr;
+    ZemTree::ActionUnit* const _actionBefore;
+    ZemTree::ActionUnit* const _actionAfter;
     std::atomic<bool> _isRunning{false};
-    std::atomic<int> _beginCount{0};
-    std::atomic<int> _forceStopCount{0};
     Zem::AutoResetEvent _begun;
     Zem::AutoResetEvent _release;
     std::thread _thread;

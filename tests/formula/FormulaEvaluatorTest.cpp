@@ -56,68 +56,23 @@ TEST(FormulaEvaluatorTest, NumbersFollowPrecedenceAndFunctions)
 {
     const double pi = std::acos(-1.0);
     const std::vector<NumberRow> rows{
-        {"1", 1.0},
-        {"1.5", 1.5},
-        {".5", 0.5},
-        {"1.", 1.0},
-        {"1e-3", 0.001},
-        {"2.5E+2", 250.0},
-        {"1e400", inf},
-        {"1e-400", 0.0},
         {" 1 +\t2\n", 3.0},
         {"1+2*3", 7.0},
-        {"(1+2)*3", 9.0},
         {"10-4-3", 3.0},
-        {"100/10/5", 2.0},
-        {"2*3/4", 1.5},
         {"2^3^2", 512.0},
-        {"(2^3)^2", 64.0},
         {"-2^2", -4.0},
-        {"(-2)^2", 4.0},
         {"2^-1", 0.5},
-        {"2*-3", -6.0},
-        {"--3", 3.0},
-        {"+4", 4.0},
-        {"-{a}", -2.0},
-        {"1 - -1", 2.0},
-        {"abs(-3)", 3.0},
-        {"sqrt(16)", 4.0},
-        {"exp(0)", 1.0},
-        {"ln(exp(2))", 2.0},
-        {"log10(1000)", 3.0},
-        {"pow(2,10)", 1024.0},
-        {"min(3,1,2)", 1.0},
-        {"max(3)", 3.0},
-        {"max(1,5,2)", 5.0},
-        {"sin(0)", 0.0},
-        {"cos(0)", 1.0},
-        {"tan(0)", 0.0},
-        {"atan2(1,1)", pi / 4.0},
         {"atan2(1,-1)", 3.0 * pi / 4.0},
-        {"round(2.5)", 3.0},
-        {"round(-2.5)", -3.0},
+        {"min(3,1,2)", 1.0},
+        {"max(1, nan)", nan},
         {"round(1.2345,2)", 1.23},
-        {"round(-1.235,1)", -1.2},
         {"round(1250,-2)", 1300.0},
         {"round(1e300,5)", 1e300},
         {"ROUND(0.5) + Abs(-1)", 2.0},
-        {"{a}*{b}+1", 7.0},
-        {"({a}+{b})/({b}-{a})", 5.0},
-        {"{real}*4", 2.0},
         {"1/0", inf},
-        {"-1/0", -inf},
         {"nan", nan},
-        {"0/0", nan},
-        {"INF", inf},
-        {"-infinity", -inf},
-        {"max(1, nan)", nan},
         {"{n}*2", 10.0},
-        {"\"3\"+1", 4.0},
-        {"1+\"3\"", 4.0},
         {"\"2\"^\"3\"", 8.0},
-        {"-\"5\"", -5.0},
-        {"{int}+1", 43.0},
-        {"sqrt({n}-1)", 2.0},
     };
     for (const NumberRow& row : rows) {
         SCOPED_TRACE(row.text);
@@ -138,8 +93,7 @@ TEST(FormulaEvaluatorTest, NumbersFollowPrecedenceAndFunctions)
 TEST(FormulaEvaluatorTest, TextsJoinOnlyWithTexts)
 {
     const std::vector<std::pair<std::string, std::string>> rows{
-        {"\"ab\"+\"cd\"", "abcd"}, {"\"1\"+\"2\"", "12"}, {"{t}+\"!\"", "abc!"},  {"\"a\\\"b\"", "a\"b"},
-        {"\"\\\\\"", "\\"},        {"\"\"", ""},          {"{int}+\"!\"", "42!"}, {"\"x\" + \"y\" + \"z\"", "xyz"},
+        {"\"1\"+\"2\"", "12"}, {"{t}+\"!\"", "abc!"}, {"\"a\\\"b\"", "a\"b"}, {"\"\\\\\"", "\\"}, {"{int}+\"!\"", "42!"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.first);
@@ -160,20 +114,11 @@ TEST(FormulaEvaluatorTest, EvaluationErrorsTravelAsFormulaErrors)
 {
     const std::vector<ErrorRow> rows{
         {"{missing}+1", "Unresolved reference '{missing}'", 0},
-        {"1 + {missing}", "Unresolved reference '{missing}'", 4},
         {"{}", "Unresolved reference '{}'", 0},
         {"{t}*2", "Operator '*' needs numbers, got the text \"abc\"", 3},
-        {"2/{t}", "Operator '/' needs numbers", 1},
         {"\"a\"+1", "Operator '+' needs numbers, got the text \"a\"", 3},
-        {"1+\"a\"", "Operator '+' needs numbers", 1},
-        {"{t}-{t}", "Operator '-' needs numbers", 3},
-        {"-{t}", "Operator '-' needs numbers", 0},
-        {"+\"x\"", "Operator '+' needs numbers", 0},
-        {"2^{t}", "Operator '^' needs numbers", 1},
         {"1 + sqrt({t})", "Function 'sqrt' needs numbers", 4},
-        {"max(1, 2, \"z\")", "Function 'max' needs numbers", 0},
         {"{gadget}+1", "Operator '+' cannot use a value of type 'FormulaTest::Gadget'", 8},
-        {"abs({gadget})", "Function 'abs' cannot use a value of type", 0},
         {"\"1 \"+1", "Operator '+' needs numbers", 4},
     };
     for (const ErrorRow& row : rows) {
@@ -251,31 +196,6 @@ TEST(FormulaEvaluatorTest, NoResolverAndNoParsedFormulaAreErrorsNotCrashes)
     const auto nothing = FormulaEvaluator::calculate(nullptr, &resolveSample);
     EXPECT_EQ(nothing.value, nullptr);
     EXPECT_NE(dynamic_cast<const ZemTree::FormulaError*>(nothing.error.get()), nullptr);
-}
-
-TEST(FormulaEvaluatorTest, TimeGraphTextsEvaluate)
-{
-    // Formulas made concrete as plain text, the way the time characteristics do it.
-    const std::vector<NumberRow> rows{
-        {"1/(4/2-1)", 1.0},
-        {"-0.5*2", -1.0},
-        {"1.25/(0-1)", -1.25},
-        {"0.14*1/((3/1.5)^0.02-1)", 0.14 / (std::pow(2.0, 0.02) - 1.0)},
-    };
-    for (const NumberRow& row : rows) {
-        SCOPED_TRACE(row.text);
-        const auto parsed = FormulaParser::separate(row.text);
-        const auto out = FormulaEvaluator::calculate(parsed.get(), Formula::Resolver());
-        ASSERT_EQ(out.error, nullptr);
-        std::string text;
-        ASSERT_TRUE(out.value->tryConvertToString(text));
-        double back = 0.0;
-        ASSERT_TRUE((Zem::tryConvert<double, true>(text, back))) << text;
-        EXPECT_DOUBLE_EQ(back, row.expected);
-    }
-    const auto unknown = FormulaEvaluator::calculate(FormulaParser::separate("{T}/(x-1)").get(), Formula::Resolver());
-    EXPECT_EQ(unknown.value, nullptr);
-    EXPECT_NE(unknown.error, nullptr);
 }
 
 } // namespace

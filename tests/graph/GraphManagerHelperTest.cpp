@@ -1,7 +1,5 @@
 #include "results/graph/GraphManagerHelper.h"
 
-#include "GraphTestHelper.h"
-
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -14,24 +12,18 @@ TEST(GraphManagerHelperTest, DoublesBeyondTheFloatsBecomeInfinities)
 {
     const float largest = std::numeric_limits<float>::max();
     const float inf = std::numeric_limits<float>::infinity();
-    struct Row {
+    const struct {
         double value;
         float expected;
-    };
-    const Row rows[] = {
-        {1.0, 1.0f},
+    } rows[] = {
         {0.1, 0.1f},
-        {-2.5, -2.5f},
-        {static_cast<double>(largest), largest},
         // Less than half a float step above the largest float still rounds down to it.
         {static_cast<double>(largest) * (1.0 + 1e-9), largest},
         {1e39, inf},
         {-1e39, -inf},
-        {1e300, inf},
-        {std::numeric_limits<double>::infinity(), inf},
         {1e-50, 0.0f},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.value);
         EXPECT_EQ(GraphManagerHelper::toFloat(row.value), row.expected);
     }

@@ -1,8 +1,9 @@
 #include "results/ResultNumeric.h"
 
-#include "core/tree/TreeLocalization.h"
+#include "ResultXmlTestHelper.h"
 #include "results/NumericFixedAssessment.h"
 #include "results/NumericSettingAssessment.h"
+#include "results/ResultMultiNumeric.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -13,35 +14,24 @@ namespace {
 
 using ZemTree::Deviation;
 using ZemTree::NumericAssessment;
-using ZemTree::NumericSettingAssessment;
 using ZemTree::RangeStructure;
+using ZemTree::ResultMultiNumeric;
 using ZemTree::ResultNumeric;
 using ZemTree::ResultState;
 using ZemTree::ToleranceReduced;
 
-class ResultNumericTest : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        _savedLanguage = lng::language;
-        lng::language = 0;
-    }
-    void TearDown() override { lng::language = _savedLanguage; }
-
-    static std::shared_ptr<NumericAssessment> absolute(double setting, double half)
-    {
-        return std::make_shared<NumericSettingAssessment>(
-            setting,
-            std::make_shared<ToleranceReduced>(Zem::Nullable<RangeStructure>(), RangeStructure::Standart(-half, half)));
-    }
-
-private:
-    int _savedLanguage = 0;
-};
-
-TEST_F(ResultNumericTest, StateAndDisplayFollowTheTexts)
+std::shared_ptr<NumericAssessment> absolute(double setting, double half)
 {
+    return std::make_shared<ZemTree::NumericSettingAssessment>(
+        setting,
+        std::make_shared<ToleranceReduced>(Zem::Nullable<RangeStructure>(), RangeStructure::Standart(-half, half)));
+}
+
+TEST(ResultNumericTest, StateAndDisplayFollowTheTexts)
+{
+    const ZemTreeTest::LanguageGuard english(0);
     const std::shared_ptr<NumericAssessment> twoByOne = absolute(2.0, 1.0);
+    const std::shared_ptr<NumericAssessment> rejectAll = std::make_shared<ZemTree::NumericFixedAssessment>(false);
     const struct {
         const char* text;
         std::vector<std::string> measurments;
@@ -54,8 +44,8 @@ TEST_F(ResultNumericTest, StateAndDisplayFollowTheTexts)
         {"spread judged by its worse end", {"1", "3"}, twoByOne, ResultState::Ok, "ok", "2±1", Deviation({}, -1.0)},
         {"spread too wide", {"3", "0.5"}, twoByOne, ResultState::NotOk, "?not ok", "1.75±1.25", Deviation({}, -1.5)},
         {"equal values have no spread", {"5", "5"}, twoByOne, ResultState::NotOk, "?not ok", "5", Deviation({}, 3.0)},
-        {"one value", {"2.5"}, twoByOne, ResultState::Ok, "ok", "2.5", Deviation({}, 0.5)},
         {"reference reading", {"7", "8"}, nullptr, ResultState::Ok, "ok", "7.5±0.5", Deviation()},
+        {"fixed verdict leaves no deviation", {"1"}, rejectAll, ResultState::NotOk, "?not ok", "1", Deviation()},
         {"first bad text names the error",
          {"1", "abc", "3", "def"},
          twoByOne,
@@ -75,42 +65,18 @@ TEST_F(ResultNumericTest, StateAndDisplayFollowTheTexts)
         EXPECT_EQ(row.description, result.getStateDescription());
         EXPECT_EQ(row.display, result.getMeasurmentDisplayValue());
         EXPECT_EQ(row.deviation, result.getDeviation());
-        EXPECT_EQ(row.measurments, result.getMeasurmentCollection());
-        EXPECT_EQ(row.assessment.get(), result.getAssessment());
     }
-}
-
-TEST_F(ResultNumericTest, CentreAndHalfSpread)
-{
     const ResultNumeric spread({"4", "1", "2.5"}, nullptr);
     EXPECT_DOUBLE_EQ(2.5, spread.getMeasurment());
     EXPECT_DOUBLE_EQ(1.5, spread.getMeasurmentDeviation());
-
-    const ResultNumeric same({"0.1", "1e-1"}, nullptr);
-    EXPECT_EQ(0.1, same.getMeasurment());
-    EXPECT_EQ(0.0, same.getMeasurmentDeviation());
-    EXPECT_EQ("0.1", same.getMeasurmentDisplayValue());
 }
 
-TEST_F(ResultNumericTest, FixedAssessmentDecidesAlone)
+TEST(ResultNumericTest, DefaultIsEmptyAndDescribedInTheCurrentLanguage)
 {
-    const ResultNumeric rejected({"1"}, std::make_shared<ZemTree::NumericFixedAssessment>(false));
-    EXPECT_EQ(ResultState::NotOk, rejected.getState());
-    EXPECT_EQ(Deviation(), rejected.getDeviation());
-    EXPECT_EQ("1", rejected.getMeasurmentDisplayValue());
-    const ResultNumeric accepted({"1"}, std::make_shared<ZemTree::NumericFixedAssessment>(true));
-    EXPECT_EQ(ResultState::Ok, accepted.getState());
-}
-
-TEST_F(ResultNumericTest, DefaultIsEmptyAndDescribedInTheCurrentLanguage)
-{
+    const ZemTreeTest::LanguageGuard russian(1);
     const ResultNumeric empty;
     EXPECT_TRUE(empty.isEmpty());
     EXPECT_EQ(ResultState::Empty, empty.getState());
-    EXPECT_EQ(nullptr, empty.getAssessment());
-    EXPECT_EQ("", empty.getMeasurmentDisplayValue());
-    EXPECT_EQ("not tested", empty.getStateDescription());
-    lng::language = 1;
     EXPECT_EQ("не проводилась", empty.getStateDescription());
     EXPECT_EQ("?не в норме", ResultNumeric({"9"}, absolute(2.0, 1.0)).getStateDescription());
     EXPECT_EQ("норма", ResultNumeric({"9"}, nullptr).getStateDescription());
@@ -118,13 +84,27 @@ TEST_F(ResultNumericTest, DefaultIsEmptyAndDescribedInTheCurrentLanguage)
     EXPECT_FALSE(ResultNumeric({}, nullptr).isEmpty());
 }
 
-TEST_F(ResultNumericTest, CopiesKeepTheVerdict)
+// Each item is judged alone with the shared assessment; the whole folds the items in key order.
+TEST(ResultMultiNumericTest, ItemsAreJudgedAloneAndFoldedInKeyOrder)
 {
-    const ResultNumeric original({"1", "4"}, absolute(2.0, 1.0));
-    const ResultNumeric copy = original;
-    EXPECT_EQ(ResultState::NotOk, copy.getState());
-    EXPECT_EQ(original.getDeviation(), copy.getDeviation());
-    EXPECT_EQ(original.getAssessment(), copy.getAssessment());
+    const std::shared_ptr<NumericAssessment> assessment = absolute(10.0, 1.0);
+    const ResultMultiNumeric result({{"b", {"12"}}, {"a", {"9"}}, {"c", {"y"}}}, assessment);
+    EXPECT_EQ(ResultState::Error, result.getState());
+    EXPECT_EQ("y", result.getStateDescription());
+    EXPECT_EQ(ResultState::Ok, result._items.at("a").getState());
+    EXPECT_DOUBLE_EQ(-1.0, result._items.at("a").getDeviation().absolute().getValue());
+    EXPECT_EQ(ResultState::NotOk, result._items.at("b").getState());
+    EXPECT_DOUBLE_EQ(2.0, result._items.at("b").getDeviation().absolute().getValue());
+    EXPECT_EQ(assessment.get(), result._items.at("c").getAssessment());
+    EXPECT_EQ(ResultState::Error, ResultMultiNumeric({}, assessment).getState());
+    EXPECT_TRUE(ResultMultiNumeric().isEmpty());
+
+    // The rejection text is taken in the language of the moment.
+    ZemTreeTest::LanguageGuard russian(1);
+    const ResultMultiNumeric rejected({{"a", {"12"}}}, assessment);
+    const ZemTreeTest::LanguageGuard english(0);
+    EXPECT_EQ("?не в норме", rejected.getStateDescription());
+    EXPECT_EQ("?not ok", rejected._items.at("a").getStateDescription());
 }
 
 } // namespace

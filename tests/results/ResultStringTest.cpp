@@ -1,6 +1,7 @@
 #include "results/ResultString.h"
 
-#include "core/tree/TreeLocalization.h"
+#include "ResultXmlTestHelper.h"
+#include "results/ResultMultiString.h"
 #include "results/StringSettingAssessment.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 
 namespace {
 
+using ZemTree::ResultMultiString;
 using ZemTree::ResultState;
 using ZemTree::ResultString;
 using ZemTree::StringAssessment;
@@ -20,6 +22,7 @@ std::shared_ptr<StringAssessment> valid(const std::string& text)
     return std::make_shared<StringSettingAssessment>(text);
 }
 
+// Only the same bytes pass; the first rejected text is the measurement.
 TEST(ResultStringTest, FirstRejectedTextIsTheMeasurement)
 {
     const struct {
@@ -30,11 +33,12 @@ TEST(ResultStringTest, FirstRejectedTextIsTheMeasurement)
         std::string measurment;
     } rows[] = {
         {"second rejected", {"a", "b"}, valid("a"), ResultState::NotOk, "b"},
-        {"first rejected", {"a", "b"}, valid("b"), ResultState::NotOk, "a"},
         {"first of several rejected", {"ok", "x", "y"}, valid("ok"), ResultState::NotOk, "x"},
-        {"all accepted", {"a", "a"}, valid("a"), ResultState::Ok, "a"},
+        {"all accepted", {"норма", "норма"}, valid("норма"), ResultState::Ok, "норма"},
         {"empty valid text", {""}, valid(""), ResultState::Ok, ""},
         {"case counts", {"A"}, valid("a"), ResultState::NotOk, "A"},
+        {"trailing space counts", {"On "}, valid("On"), ResultState::NotOk, "On "},
+        {"embedded zero counts", {std::string("On\0", 3)}, valid("On"), ResultState::NotOk, std::string("On\0", 3)},
         {"reference reading", {"p", "q"}, nullptr, ResultState::Ok, "p"},
         {"no texts", {}, valid("a"), ResultState::Error, ""},
     };
@@ -43,20 +47,25 @@ TEST(ResultStringTest, FirstRejectedTextIsTheMeasurement)
         const ResultString result(row.measurments, row.assessment);
         EXPECT_EQ(row.state, result.getState());
         EXPECT_EQ(row.measurment, result.getMeasurment());
-        EXPECT_EQ(row.measurments, result.getMeasurmentCollection());
-        EXPECT_EQ(row.assessment.get(), result.getAssessment());
     }
+    const ZemTreeTest::LanguageGuard english(0);
+    EXPECT_TRUE(ResultString().isEmpty());
+    EXPECT_EQ("not tested", ResultString().getStateDescription());
+    EXPECT_EQ("?error", ResultString({}, nullptr).getStateDescription());
 }
 
-TEST(ResultStringTest, DefaultIsEmpty)
+TEST(ResultMultiStringTest, ItemsAreFoldedInKeyOrder)
 {
-    const int saved = lng::language;
-    lng::language = 0;
-    const ResultString empty;
-    EXPECT_TRUE(empty.isEmpty());
-    EXPECT_EQ("not tested", empty.getStateDescription());
-    EXPECT_EQ("?error", ResultString({}, nullptr).getStateDescription());
-    lng::language = saved;
+    const auto assessment = valid("on");
+    const ResultMultiString rejected({{"K1", {"on"}}, {"K2", {"off", "on"}}, {"K3", {"on"}}}, assessment);
+    EXPECT_EQ(ResultState::NotOk, rejected.getState());
+    EXPECT_EQ("off", rejected._items.at("K2").getMeasurment());
+    EXPECT_EQ(ResultState::Ok, rejected._items.at("K3").getState());
+
+    EXPECT_EQ(ResultState::Ok, ResultMultiString({{"K1", {"x"}}}, nullptr).getState());
+    EXPECT_EQ(ResultState::Error, ResultMultiString({{"K1", {"on"}}, {"K2", {}}}, assessment).getState());
+    EXPECT_EQ(ResultState::Error, ResultMultiString({}, assessment).getState());
+    EXPECT_TRUE(ResultMultiString().isEmpty());
 }
 
 } // namespace

@@ -2,8 +2,8 @@
 
 #include "core/common/XmlInclude.h"
 #include "core/tree/Deviation.h"
+#include "core/tree/TreeLocalization.h"
 
-#include <memory>
 #include <ostream>
 #include <string>
 
@@ -23,15 +23,13 @@ namespace ZemTreeTest {
 template <class Write> std::string writtenXml(Write write)
 {
     xmlpp::Document document;
-    xmlpp::Element* root = document.create_root_node("Root");
-    write(root);
+    write(document.create_root_node("Root"));
     const std::string text = document.write_to_string();
-    const std::string open = "<Root>";
-    const std::size_t begin = text.find(open);
+    const std::size_t begin = text.find("<Root>");
     const std::size_t end = text.rfind("</Root>");
     if (begin == std::string::npos || end == std::string::npos)
         return std::string();
-    return text.substr(begin + open.size(), end - begin - open.size());
+    return text.substr(begin + 6, end - begin - 6);
 }
 
 // A parsed document that keeps its root element alive for the test.
@@ -42,6 +40,18 @@ public:
 
 private:
     xmlpp::DomParser _parser;
+};
+
+// Sets the interface language for one test and puts the former one back.
+class LanguageGuard {
+public:
+    explicit LanguageGuard(int language) : _saved(lng::language) { lng::language = language; }
+    ~LanguageGuard() { lng::language = _saved; }
+    LanguageGuard(const LanguageGuard&) = delete;
+    LanguageGuard& operator=(const LanguageGuard&) = delete;
+
+private:
+    int _saved;
 };
 
 } // namespace ZemTreeTest

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -62,42 +63,47 @@ inline void loadFromString(ZemTree::Node& node, const std::string& xml, const Ze
     throw std::runtime_error("no node element in " + xml);
 }
 
+// Saves `tree` as a project, reads it into a new tree and checks that this saves the same, without problems.
+inline std::unique_ptr<ResultTree> projectRoundTrip(const ResultTree& tree)
+{
+    std::vector<std::string> problems;
+    const ZemTree::SerializationMode mode = makeMode(ZemTree::SerializationMode::User, &problems);
+    const std::string first = saveToString(tree.root, mode);
+    auto loaded = std::make_unique<ResultTree>();
+    loadFromString(loaded->root, first, mode);
+    EXPECT_EQ(saveToString(loaded->root, mode), first);
+    EXPECT_TRUE(problems.empty());
+    return loaded;
+}
+
 // The saved form of a ResultTree with `units` in its Results section.
 inline std::string treeXml(const std::string& units)
 {
     return "<Root><Node Id=\"Test\"><Node Id=\"Results\">" + units + "</Node></Node></Root>";
 }
 
-// A unit element of class `className` whose `Value` element carries `valueAttributes` and holds `valueContent`;
-// `more` follows the `Value` element.
+// A unit element of class `className` whose `Value` element carries `valueAttributes` and holds `valueContent`.
 inline std::string unitXml(const std::string& id, const std::string& className, const std::string& valueAttributes,
-                           const std::string& valueContent, const std::string& more = "")
+                           const std::string& valueContent)
 {
     return "<Node Id=\"" + id + "\" Class=\"" + className + "\"><Value " + valueAttributes + ">" + valueContent
-           + "</Value>" + more + "</Node>";
-}
-
-inline xmlpp::Element* firstChild(xmlpp::Element* parent, const char* name)
-{
-    if (parent == nullptr)
-        return nullptr;
-    for (xmlpp::Node* child : parent->get_children(name)) {
-        if (auto* element = dynamic_cast<xmlpp::Element*>(child))
-            return element;
-    }
-    return nullptr;
+           + "</Value></Node>";
 }
 
 inline std::vector<xmlpp::Element*> children(xmlpp::Element* parent, const char* name)
 {
     std::vector<xmlpp::Element*> found;
-    if (parent == nullptr)
-        return found;
-    for (xmlpp::Node* child : parent->get_children(name)) {
-        if (auto* element = dynamic_cast<xmlpp::Element*>(child))
-            found.push_back(element);
-    }
+    if (parent != nullptr)
+        for (xmlpp::Node* child : parent->get_children(name))
+            if (auto* element = dynamic_cast<xmlpp::Element*>(child))
+                found.push_back(element);
     return found;
+}
+
+inline xmlpp::Element* firstChild(xmlpp::Element* parent, const char* name)
+{
+    const std::vector<xmlpp::Element*> found = children(parent, name);
+    return found.empty() ? nullptr : found.front();
 }
 
 // The attribute's text, "<none>" when it is absent, "<no element>" without an element.
@@ -112,19 +118,8 @@ inline std::string attribute(const xmlpp::Element* element, const char* name)
 // The text of the element's first text child, "" without one.
 inline std::string text(const xmlpp::Element* element)
 {
-    if (element == nullptr)
-        return "<no element>";
-    const xmlpp::TextNode* const node = element->get_child_text();
+    const xmlpp::TextNode* const node = element != nullptr ? element->get_child_text() : nullptr;
     return node != nullptr ? std::string(node->get_content()) : std::string();
-}
-
-// The names of the element's attributes in document order.
-inline std::vector<std::string> attributeNames(const xmlpp::Element* element)
-{
-    std::vector<std::string> names;
-    for (const xmlpp::Attribute* found : element->get_attributes())
-        names.push_back(found->get_name());
-    return names;
 }
 
 // A fresh folder under the temp folder, removed with everything in it at the end of the test.

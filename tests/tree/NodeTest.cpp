@@ -39,11 +39,11 @@ TEST(NodeTest, ParentLinksFollowAddingAndRemoving)
     Node* b = a->add(std::make_unique<Node>("B"));
     TestItem* item = b->add(std::make_unique<TestItem>("Item"));
 
-    EXPECT_EQ(a->getParent(), &root);
+    Node* inserted = root.insert(0, std::make_unique<Node>("Inserted"));
+    EXPECT_EQ(inserted->getIndex(), 0);
+    EXPECT_EQ(a->getIndex(), 1);
     EXPECT_EQ(item->getParent(), b);
     EXPECT_EQ(item->getRoot(), &root);
-    EXPECT_EQ(root.getRoot(), &root);
-    EXPECT_EQ(root.getParent(), nullptr);
     EXPECT_EQ(item->parentChangedCount, 1);
 
     std::unique_ptr<Node> released = b->release(item);
@@ -52,22 +52,6 @@ TEST(NodeTest, ParentLinksFollowAddingAndRemoving)
     EXPECT_EQ(item->getRoot(), item);
     EXPECT_EQ(item->getIndex(), -1);
     EXPECT_EQ(item->parentChangedCount, 2);
-}
-
-TEST(NodeTest, IndexAndFindChild)
-{
-    Node root("Root");
-    Node* first = root.add(std::make_unique<Node>("First"));
-    Node* second = root.add(std::make_unique<Node>("Second"));
-    Node* inserted = root.insert(0, std::make_unique<Node>("Inserted"));
-
-    EXPECT_EQ(inserted->getIndex(), 0);
-    EXPECT_EQ(first->getIndex(), 1);
-    EXPECT_EQ(second->getIndex(), 2);
-    EXPECT_EQ(root.getIndex(), -1);
-    EXPECT_EQ(root.findChild("Second"), second);
-    EXPECT_EQ(root.findChild("Missing"), nullptr);
-    EXPECT_EQ(first->findChild("First"), nullptr) << "findChild looks at the children only";
 }
 
 TEST(NodeTest, HierarchicalIdAndDescription)
@@ -85,9 +69,7 @@ TEST(NodeTest, HierarchicalIdAndDescription)
         std::string description;
     };
     const Row rows[] = {
-        {"root alone", &root, 0, "Root", "Protection"},
         {"empty description is skipped", group, 0, "Root/Group", "Protection"},
-        {"english leaf", leaf, 0, "Root/Group/Leaf", "Protection / Voltage"},
         {"russian leaf", leaf, 1, "Root/Group/Leaf", "Protection / Напряжение"},
         {"empty id keeps its place", unnamed, 0, "Root/", "Protection / Only text"},
     };
@@ -101,62 +83,26 @@ TEST(NodeTest, HierarchicalIdAndDescription)
     lng::language = languageBefore;
 }
 
-TEST(NodeTest, RefusedChildLeavesTreeAndSignalsUntouched)
+TEST(NodeTest, RefusedChildrenLeaveTreeAndSignalsUntouched)
 {
     TestGroup group;
-    group.add(std::make_unique<Node>("Existing"));
+    Node* child = group.add(std::make_unique<Node>("Existing"));
+    Node other("Other");
     int collectionSignals = 0;
     group.getSignalCollectionChanged().connect([&](Node::Args&) { ++collectionSignals; });
     std::vector<PositionRecord> positions;
     recordPositions(&group, positions);
 
-    auto forbidden = std::make_unique<TestForbidden>();
-    std::vector<PositionRecord> forbiddenPositions;
-    recordPositions(forbidden.get(), forbiddenPositions);
-
-    try {
-        group.add(std::move(forbidden));
-        FAIL() << "TestGroup must refuse TestForbidden";
-    }
-    catch (const std::logic_error& error) {
-        const std::string text = error.what();
-        EXPECT_FALSE(text.empty());
-        EXPECT_NE(text, lng::Tree::get("error.ReadOnly"));
-    }
+    EXPECT_THROW(group.add(std::make_unique<TestForbidden>()), std::logic_error);
+    // The raw form of the collection is the only way to offer a node that is already in a tree.
+    EXPECT_THROW(child->Zem::NotifyCollection<Node*>::add(child), std::logic_error);
+    EXPECT_THROW(child->Zem::NotifyCollection<Node*>::add(&group), std::logic_error) << "its ancestor";
+    EXPECT_THROW(other.Zem::NotifyCollection<Node*>::add(child), std::logic_error) << "a node with a parent";
     EXPECT_EQ(group.size(), 1u);
+    EXPECT_EQ(other.size(), 0u);
+    EXPECT_EQ(child->getParent(), &group);
     EXPECT_EQ(collectionSignals, 0);
     EXPECT_TRUE(positions.empty());
-    EXPECT_TRUE(forbiddenPositions.empty());
-
-    // A plain node takes the same type.
-    Node plain("Plain");
-    EXPECT_NO_THROW(plain.add(std::make_unique<TestForbidden>()));
-}
-
-TEST(NodeTest, NodeWithParentOrAncestorIsRefused)
-{
-    Node root("Root");
-    Node* child = root.add(std::make_unique<Node>("Child"));
-    Node other("Other");
-
-    struct Row {
-        const char* text;
-        Node* target;
-        Node* offered;
-    };
-    const Row rows[] = {
-        {"itself", child, child},
-        {"its ancestor", child, &root},
-        {"a node that has a parent", &other, child},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.text);
-        // The raw form of the collection is the only way to offer a node that is already in a tree.
-        EXPECT_THROW(row.target->Zem::NotifyCollection<Node*>::add(row.offered), std::logic_error);
-    }
-    EXPECT_EQ(child->size(), 0u);
-    EXPECT_EQ(other.size(), 0u);
-    EXPECT_EQ(child->getParent(), &root);
 }
 
 TEST(NodeTest, LockedContainerRefusesTheUserButTakesProperties)
@@ -165,31 +111,23 @@ TEST(NodeTest, LockedContainerRefusesTheUserButTakesProperties)
     TestItem* existing = group.add(std::make_unique<TestItem>("Existing"));
     group.lockContainer();
 
-    for (const char* operation : {"add", "remove"}) {
-        SCOPED_TRACE(operation);
-        try {
-            if (std::string(operation) == "add")
-                group.add(std::make_unique<Node>("New"));
-            else
-                group.remove(existing);
-            FAIL() << "a locked container must refuse";
-        }
-        catch (const std::logic_error& error) {
-            EXPECT_STREQ(error.what(), lng::Tree::get("error.ReadOnly"));
-        }
+    try {
+        group.add(std::make_unique<Node>("New"));
+        FAIL() << "a locked container must refuse";
     }
+    catch (const std::logic_error& error) {
+        EXPECT_STREQ(error.what(), lng::Tree::get("error.ReadOnly"));
+    }
+    EXPECT_THROW(group.remove(existing), std::logic_error);
     EXPECT_EQ(group.size(), 1u);
 
     int collectionSignals = 0;
     group.getSignalCollectionChanged().connect([&](Node::Args&) { ++collectionSignals; });
     auto* property = static_cast<TestItem*>(group.addPropertyInner(std::make_unique<TestItem>("Property")));
     EXPECT_EQ(group.size(), 2u);
-    EXPECT_EQ(property->getParent(), &group);
     EXPECT_EQ(collectionSignals, 1);
     EXPECT_TRUE(group.isLocked()) << "the lock is restored after the property is in";
-    EXPECT_TRUE(property->isParentCollectionLocked());
     EXPECT_TRUE(property->isReadOnlyDescriptors());
-    EXPECT_THROW(group.add(std::make_unique<Node>("Late")), std::logic_error);
 
     // A refused property leaves the lock in place too.
     EXPECT_THROW(group.addPropertyInner(std::make_unique<TestForbidden>()), std::logic_error);
@@ -201,10 +139,7 @@ TEST(NodeTest, ChildrenAreToldAboutTheParentLock)
 {
     TestGroup group;
     TestItem* item = group.add(std::make_unique<TestItem>("Item"));
-    EXPECT_FALSE(item->isReadOnlyDescriptors());
-
     group.lockContainer();
-    EXPECT_TRUE(item->isParentCollectionLocked());
     EXPECT_TRUE(item->isReadOnlyDescriptors());
     group.unlockContainer();
     EXPECT_FALSE(item->isParentCollectionLocked());
@@ -261,28 +196,5 @@ TEST(NodeTest, HierarchicalPositionSignalReachesTheMovedSubtree)
     records.clear();
     std::unique_ptr<Node> back = root.release(movedRaw);
     ASSERT_EQ(records.size(), 3u);
-    for (const PositionRecord& record : records) {
-        EXPECT_EQ(record.item, movedRaw);
-        EXPECT_EQ(record.action, Zem::NotifyCollectionChangedAction::Removed);
-        EXPECT_EQ(record.index, 1u);
-    }
-    EXPECT_EQ(grandChild->getRoot(), movedRaw);
-}
-
-TEST(NodeTest, SerializationErrorGoesToTheListWhenThereIsOne)
-{
-    class Reporter : public Node {
-    public:
-        void report(const std::string& message, const SerializationMode& mode) { _onSerializationError(message, mode); }
-    } reporter;
-
-    SerializationMode withoutList;
-    EXPECT_NO_THROW(reporter.report("lost", withoutList));
-
-    std::vector<std::string> problems;
-    SerializationMode withList;
-    withList.problems = &problems;
-    reporter.report("first", withList);
-    reporter.report("second", withList);
-    EXPECT_EQ(problems, (std::vector<std::string>{"first", "second"}));
+    EXPECT_EQ(records[2].action, Zem::NotifyCollectionChangedAction::Removed);
 }

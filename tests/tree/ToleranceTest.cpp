@@ -66,8 +66,7 @@ TEST(ToleranceTest, TextReadsBackToTheSameTolerance)
 TEST(ToleranceTest, MalformedTextSetsBadbitAndKeepsTheItems)
 {
     for (const char* text :
-         {" ", "[0;1]:| ", " [0;1]:|", "[0;1]:|  [1;2]:|", "[0;1]", "[0;1]:", "[0;1]:[1;2]", "[0;1]|[1;2]", "[0;1]:|:|",
-          "[a;1]:|", "[0;1]:|,[1;2]:|", "[0;1]:|\n[1;2]:|", "[0;1]:[2;1]|"}) {
+         {" ", "[0;1]:| ", "[0;1]:|  [1;2]:|", "[0;1]", "[0;1]:[1;2]", "[0;1]:|:|", "[a;1]:|", "[0;1]:[2;1]|"}) {
         SCOPED_TRACE(text);
         Tolerance tolerance;
         tolerance.add(item(1.0, 2.0, RangeStructure::Standart(-1.0, 1.0), {}));
@@ -121,27 +120,11 @@ TEST(ToleranceTest, ItemChangesReachTheToleranceOnce)
     std::istringstream same("[0;3]:[-2;2]|[]");
     *first << same;
     EXPECT_EQ(3, signals);
-    std::istringstream other("[0;3]:[-2;2]|");
-    *first << other;
-    EXPECT_EQ(4, signals);
-    EXPECT_FALSE(first->getAbsolute().hasValue());
 
     std::unique_ptr<ToleranceItem> removed = tolerance.release(first);
-    EXPECT_EQ(5, signals);
+    EXPECT_EQ(4, signals);
     removed->setArgument(RangeStructure());
-    EXPECT_EQ(5, signals);
-}
-
-TEST(ToleranceTest, CloneCopiesRangesButNotListeners)
-{
-    ToleranceItem original(RangeStructure::Standart(0.0, 1.0), RangeStructure::Standart(-1.0, 1.0), {});
-    int signals = 0;
-    original.getSignalStructureChanged().connect([&signals] { ++signals; });
-    const std::unique_ptr<ToleranceItem> copy = original.clone();
-    EXPECT_TRUE(copy->isEqualTo(original));
-    copy->setAbsolute(RangeStructure::Standart(0.0, 0.5));
-    EXPECT_EQ(0, signals);
-    EXPECT_FALSE(copy->isEqualTo(original));
+    EXPECT_EQ(4, signals);
 }
 
 } // namespace
