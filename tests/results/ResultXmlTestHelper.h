@@ -1,5 +1,7 @@
 #pragma once
 
+#include "LanguageGuard.h"
+
 #include "core/common/XmlInclude.h"
 #include "core/tree/Deviation.h"
 #include "core/tree/TreeLocalization.h"
@@ -40,18 +42,6 @@ public:
 
 private:
     xmlpp::DomParser _parser;
-};
-
-// Sets the interface language for one test and puts the former one back.
-class LanguageGuard {
-public:
-    explicit LanguageGuard(int language) : _saved(lng::language) { lng::language = language; }
-    ~LanguageGuard() { lng::language = _saved; }
-    LanguageGuard(const LanguageGuard&) = delete;
-    LanguageGuard& operator=(const LanguageGuard&) = delete;
-
-private:
-    int _saved;
 };
 
 } // namespace ZemTreeTest

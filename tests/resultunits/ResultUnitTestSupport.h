@@ -1,5 +1,7 @@
 #pragma once
 
+#include "LanguageGuard.h"
+
 #include "core/common/XmlInclude.h"
 #include "core/tree/Node.h"
 #include "core/tree/SerializationMode.h"
@@ -146,16 +148,6 @@ private:
     std::filesystem::path _path;
 };
 
-// Pins the interface language for one test and puts the former one back.
-class LanguageGuard {
-public:
-    explicit LanguageGuard(int language) : _saved(lng::language) { lng::language = language; }
-    ~LanguageGuard() { lng::language = _saved; }
-    LanguageGuard(const LanguageGuard&) = delete;
-    LanguageGuard& operator=(const LanguageGuard&) = delete;
-
-private:
-    int _saved;
-};
+using ZemTreeTest::LanguageGuard;
 
 } // namespace ResultUnitTest
