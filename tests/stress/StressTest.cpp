@@ -146,8 +146,10 @@ TEST(QueueStress, TenThousandTestsThroughStopsAndRestarts)
 {
     constexpr int testCount = 10000;
     std::mt19937 random(20261123);
-    Finishers finishers(3);
+    // The finishers are joined before the tests go: the last one may still be inside its finished signal when
+    // the run is seen to be over.
     std::vector<std::unique_ptr<FinishingTest>> tests;
+    Finishers finishers(3);
     for (int i = 0; i < testCount; ++i)
         tests.push_back(std::make_unique<FinishingTest>(i, finishers, random() % 4 == 0,
                                                         std::chrono::microseconds(random() % 200)));
