@@ -3,33 +3,34 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <atomic>
 
 namespace ZemDemo {
 
 namespace {
 
-volatile std::sig_atomic_t interruptCount = 0;
+// The signal may be handled on any thread, so the count is a lock-free atomic, which a handler may use.
+std::atomic<int> interruptCount{0};
+static_assert(std::atomic<int>::is_always_lock_free, "the interrupt count must be usable in a signal handler");
 struct sigaction previousInt;
 struct sigaction previousTerm;
 
 extern "C" void onInterrupt(int)
 {
-    if (interruptCount >= 1) {
+    if (interruptCount.fetch_add(1) >= 1) {
         // The user insists: leave without saving. Only async-signal-safe calls here.
         static const char message[] = "\nzemtree-run: interrupted again, leaving without saving\n";
         const ssize_t written = write(STDERR_FILENO, message, sizeof(message) - 1);
         (void)written;
         _exit(130);
     }
-    interruptCount = interruptCount + 1;
 }
 
 } // namespace
 
 InterruptFlag::InterruptFlag()
 {
-    interruptCount = 0;
+    interruptCount.store(0);
     struct sigaction action {};
     action.sa_handler = onInterrupt;
     sigemptyset(&action.sa_mask);
@@ -47,7 +48,7 @@ InterruptFlag::~InterruptFlag()
 
 int InterruptFlag::getCount() const
 {
-    return static_cast<int>(interruptCount);
+    return interruptCount.load();
 }
 
 } // namespace ZemDemo
