@@ -8,7 +8,11 @@
 #include "core/tree/DisplayXmlParameters.h"
 #include "core/tree/Node.h"
 #include "core/tree/NodeFactory.h"
+#include "core/tree/NodePathHelper.h"
+#include "core/tree/ITemplateActivatorContainer.h"
+#include "core/tree/NodeTemplateActivator.h"
 #include "core/tree/NodeTemplateActivatorCollection.h"
+#include "core/tree/NodeTreeTraversal.h"
 #include "core/tree/SerializationMode.h"
 
 #include <libxml/tree.h>
@@ -105,6 +109,7 @@ std::unique_ptr<Node> ProjectFile::load(const std::string& path)
     catch (const std::exception& exception) {
         throw std::runtime_error("The project '" + path + "' cannot be read: " + exception.what());
     }
+    _noteMissingTemplates(*root);
     return root;
 }
 
@@ -128,6 +133,22 @@ void ProjectFile::read(Node& root, const std::string& path)
     }
     catch (const std::exception& exception) {
         throw std::runtime_error("The project '" + path + "' cannot be read: " + exception.what());
+    }
+    _noteMissingTemplates(root);
+}
+
+// A container whose template was not found holds a placeholder that only keeps the name for the next save.
+// The tree is usable, but its structure came from the project alone, which the user should hear of.
+void ProjectFile::_noteMissingTemplates(Node& root)
+{
+    for (Node* node : NodeTreeTraversal(&root)) {
+        auto* container = dynamic_cast<ITemplateActivatorContainer*>(node);
+        const NodeTemplateActivator* activator = container ? container->getTemplateActivator() : nullptr;
+        if (activator == nullptr || activator->getOwner() != nullptr || !activator->getName().empty())
+            continue;
+        const std::string where = node == &root ? std::string("the root") : "'" + NodePathHelper::getPath(&root, node) + "'";
+        _problems.push_back("The template '" + activator->getPath() + "' of " + where
+                            + " is not in the template folder; its saved values are read and the name is kept");
     }
 }
 

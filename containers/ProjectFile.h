@@ -17,8 +17,8 @@ class Node;
 // Every file is written whole to a temporary file beside the target, flushed to disk and then renamed over the
 // target, so a crash or a full disk never leaves a half-written file: the old one stays until the new one is
 // complete. Reading parses the whole file before it touches a tree, without DTD, entity substitution or network
-// access. Problems that the tree meets while reading (unknown classes, bad values) do not stop the reading;
-// they are collected in getProblems().
+// access. Problems that the tree meets while reading (unknown classes, bad values, a template that is not in the
+// template folder) do not stop the reading; they are collected in getProblems().
 //
 // Containers find their templates by `TemplateXml` in NodeTemplateActivatorCollection::instance(); the template
 // folder given here is added to it before each load.
@@ -59,6 +59,7 @@ public:
 
 private:
     void _loadTemplates() const;
+    void _noteMissingTemplates(Node& root);
 
     std::string _templateFolder;
     std::vector<std::string> _problems;
