@@ -61,6 +61,15 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
     const auto timeout = std::chrono::milliseconds(std::llround(_runTimeout * 1000.0));
 
     std::map<std::string, std::vector<std::string>> checks;
+    // What was measured is kept and the outputs are switched off however the measuring ends, also when the
+    // relay stops answering halfway.
+    FinishGuard finish([&] {
+        output->setState(false);
+        if (checks.empty())
+            return;
+        _contactResult->setData(std::make_shared<ZemTree::ResultMultiString>(
+            checks, std::make_shared<ZemTree::StringSettingAssessment>(Follows)));
+    });
     for (int repetition = 1; repetition <= _runRepetitions && !_isStopRequested(); ++repetition) {
         for (const bool state : {true, false}) {
             output->setState(state);
@@ -72,12 +81,7 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
             _report(key + " " + std::to_string(repetition) + ": the contact " + (isFollowed ? Follows : DoesNotFollow));
         }
     }
-    output->setState(false);
-
-    if (checks.empty())
-        return;
-    _contactResult->setData(std::make_shared<ZemTree::ResultMultiString>(
-        checks, std::make_shared<ZemTree::StringSettingAssessment>(Follows)));
+    finish.now();
 }
 
 } // namespace ZemDemo

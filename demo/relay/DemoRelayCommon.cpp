@@ -50,6 +50,23 @@ void settle(SimulatedRelayUnderTest& relay)
         throw std::runtime_error("The relay does not answer");
 }
 
+FinishGuard::~FinishGuard()
+{
+    try {
+        now();
+    }
+    catch (...) {
+    }
+}
+
+void FinishGuard::now()
+{
+    const std::function<void()> action = std::move(_action);
+    _action = nullptr;
+    if (action)
+        action();
+}
+
 std::string formatNumber(double value, int digits)
 {
     // Independent of the global locale, so that a saved measurement reads back the same everywhere.

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ZemDevice {
@@ -24,6 +26,22 @@ ZemDevice::IVirtualBinaryOutputChannel* findOutput(SimulatedRelayUnderTest& rela
 
 // Waits for the relay to settle; throws std::runtime_error when it does not answer.
 void settle(SimulatedRelayUnderTest& relay);
+
+// Runs its action once: at now(), or when the scope ends without it, as on an exception. A test keeps what it
+// measured and switches its outputs off that way whatever ends its measuring. On the way out of an exception a
+// failure of the action itself is dropped: the first fault is the one the test reports.
+class FinishGuard {
+public:
+    explicit FinishGuard(std::function<void()> action) : _action(std::move(action)) {}
+    FinishGuard(const FinishGuard&) = delete;
+    FinishGuard& operator=(const FinishGuard&) = delete;
+    ~FinishGuard();
+
+    void now();
+
+private:
+    std::function<void()> _action;
+};
 
 // A number for progress lines and measured values, with `digits` after the point.
 std::string formatNumber(double value, int digits);

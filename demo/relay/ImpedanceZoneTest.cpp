@@ -113,6 +113,20 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
     };
 
     std::vector<Zem::Point> points;
+    // What was measured is kept and the outputs are switched off however the measuring ends, also when the
+    // relay stops answering halfway.
+    FinishGuard finish([&] {
+        currents->setPhasor(0, {0.0, 0.0, 50.0});
+        voltages->setPhasor(0, {0.0, 0.0, 50.0});
+        if (points.empty())
+            return;
+        auto manager = std::make_shared<ZemTree::GraphZPhiManager>();
+        std::vector<Zem::PointF> outer = scaled(polygon, 1.0 + _runTolerance / 100.0);
+        std::vector<Zem::PointF> inner = scaled(polygon, 1.0 - _runTolerance / 100.0);
+        manager->setSettingsFigures(outer, Zem::Color::Red(), inner, Zem::Color::Orange());
+        _reachResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
+            std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+    });
     for (const double angle : _runAngles) {
         const double reach = RelayLogic::rayReach(polygon, angle);
         double inside = 0.5 * reach;
@@ -147,15 +161,7 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
                 + formatNumber(reach, 3) + " Ohm");
         points.push_back({found * std::cos(angle * Pi / 180.0), found * std::sin(angle * Pi / 180.0)});
     }
-
-    if (points.empty())
-        return;
-    auto manager = std::make_shared<ZemTree::GraphZPhiManager>();
-    std::vector<Zem::PointF> outer = scaled(polygon, 1.0 + _runTolerance / 100.0);
-    std::vector<Zem::PointF> inner = scaled(polygon, 1.0 - _runTolerance / 100.0);
-    manager->setSettingsFigures(outer, Zem::Color::Red(), inner, Zem::Color::Orange());
-    _reachResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
-        std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+    finish.now();
 }
 
 void ImpedanceZoneTest::_setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode)

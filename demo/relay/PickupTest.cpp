@@ -80,6 +80,18 @@ void PickupTest::_execute(SimulatedRelayUnderTest& relay)
         throw std::logic_error("The ramp needs a positive step and an end above its start");
 
     std::map<std::string, std::vector<std::string>> measured;
+    // What was measured is kept and the outputs are switched off however the measuring ends, also when the
+    // relay stops answering halfway.
+    FinishGuard finish([&] {
+        currents->setPhasors(balanced(0.0));
+        if (measured.empty())
+            return;
+        auto tolerance = std::make_shared<ZemTree::ToleranceReduced>(
+            Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-_runTolerance, _runTolerance)),
+            Zem::Nullable<ZemTree::RangeStructure>());
+        _pickupResult->setData(std::make_shared<ZemTree::ResultMultiNumeric>(
+            measured, std::make_shared<ZemTree::NumericSettingAssessment>(pickup, tolerance)));
+    });
     for (std::size_t phase = 0; phase < 3 && !_isStopRequested(); ++phase) {
         currents->setPhasors(balanced(0.0));
         settle(relay);
@@ -110,15 +122,7 @@ void PickupTest::_execute(SimulatedRelayUnderTest& relay)
             _report(std::string(phaseNames[phase]) + ": no start up to " + formatNumber(end, 4) + " A");
         }
     }
-    currents->setPhasors(balanced(0.0));
-
-    if (measured.empty())
-        return;
-    auto tolerance = std::make_shared<ZemTree::ToleranceReduced>(
-        Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-_runTolerance, _runTolerance)),
-        Zem::Nullable<ZemTree::RangeStructure>());
-    _pickupResult->setData(std::make_shared<ZemTree::ResultMultiNumeric>(
-        measured, std::make_shared<ZemTree::NumericSettingAssessment>(pickup, tolerance)));
+    finish.now();
 }
 
 } // namespace ZemDemo

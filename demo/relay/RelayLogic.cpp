@@ -157,6 +157,15 @@ bool RelayLogic::waitSettled(std::chrono::milliseconds timeout)
                                       [this, target] { return _isStopping || _evaluatedRevision >= target; });
 }
 
+void RelayLogic::setAnswering(bool isAnswering)
+{
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        _isAnswering = isAnswering;
+    }
+    _condition.notify_all();
+}
+
 std::optional<double> RelayLogic::getLastReportedTripTime() const
 {
     const std::lock_guard<std::mutex> lock(_mutex);
@@ -177,7 +186,7 @@ void RelayLogic::_run()
 {
     std::unique_lock<std::mutex> lock(_mutex);
     while (!_isStopping) {
-        if (_changeRevision != _evaluatedRevision) {
+        if (_isAnswering && _changeRevision != _evaluatedRevision) {
             const std::uint64_t revision = _changeRevision;
             const Clock::time_point changed = _lastChange;
             lock.unlock();

@@ -81,6 +81,10 @@ public:
     // start contacts show its decision; false when that took longer than `timeout`. Runs on the caller's thread.
     bool waitSettled(std::chrono::milliseconds timeout);
 
+    // A relay that stops answering (a hung processor, a lost supply) looks at no change of its inputs until it
+    // answers again, so waitSettled times out meanwhile. It answers from the start.
+    void setAnswering(bool isAnswering);
+
     // What the relay reports about its last overcurrent trip: the operate time in seconds of its own scale,
     // with the measurement noise.
     std::optional<double> getLastReportedTripTime() const;
@@ -131,6 +135,7 @@ private:
     std::condition_variable _condition;
     std::condition_variable _settledCondition;
     bool _isStopping = false;
+    bool _isAnswering = true;
     std::uint64_t _changeRevision = 0;
     std::uint64_t _evaluatedRevision = 0;
     Clock::time_point _lastChange;

@@ -110,6 +110,36 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
     const RelaySettings& settings = relay.getSettings();
 
     std::vector<Zem::Point> points;
+    // What was measured is kept and the outputs are switched off however the measuring ends, also when the
+    // relay stops answering halfway.
+    FinishGuard finish([&] {
+        currents->setPhasors(balanced(0.0));
+        if (points.empty())
+            return;
+        auto tolerance = std::make_shared<ZemTree::Tolerance>();
+        tolerance->add(std::make_unique<ZemTree::ToleranceItem>(
+            ZemTree::RangeStructure::Standart(0, 1e6),
+            Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-_runTolerance, _runTolerance)),
+            Zem::Nullable<ZemTree::RangeStructure>(
+                ZemTree::RangeStructure::Standart(-_runAbsoluteTolerance, _runAbsoluteTolerance))));
+        auto manager = std::make_shared<ZemTree::GraphTimeManager>("Current", ZemTree::Measures::Ampere(), tolerance);
+        manager->setFormula(RelayLogic::curveFormula(settings.curve));
+        manager->setIOperate(settings.pickup);
+        manager->setTOperate(settings.timeMultiplier);
+        // The band the relay is meant to hit, drawn from just above the pickup to twenty times it.
+        std::vector<Zem::PointF> up;
+        std::vector<Zem::PointF> down;
+        for (double multiple = 1.2; multiple <= 20.0; multiple *= 1.15) {
+            const double time = RelayLogic::curveTime(settings.curve, multiple, settings.timeMultiplier);
+            const double band = std::max(time * _runTolerance / 100.0, _runAbsoluteTolerance);
+            const auto x = static_cast<float>(multiple * settings.pickup);
+            up.push_back({x, static_cast<float>(time + band)});
+            down.push_back({x, static_cast<float>(std::max(0.0, time - band))});
+        }
+        manager->setSettingsFigures(up, Zem::Color::Red(), down, Zem::Color::Orange());
+        _tripTimeResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
+            std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+    });
     for (const double multiple : _runMultiples) {
         currents->setPhasors(balanced(0.0));
         settle(relay);
@@ -142,33 +172,7 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
         points.push_back({current, reported});
         _report("Trip after " + formatNumber(reported, 3) + " s (contact after " + formatNumber(contact, 3) + " s)");
     }
-    currents->setPhasors(balanced(0.0));
-
-    if (points.empty())
-        return;
-    auto tolerance = std::make_shared<ZemTree::Tolerance>();
-    tolerance->add(std::make_unique<ZemTree::ToleranceItem>(
-        ZemTree::RangeStructure::Standart(0, 1e6),
-        Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-_runTolerance, _runTolerance)),
-        Zem::Nullable<ZemTree::RangeStructure>(
-            ZemTree::RangeStructure::Standart(-_runAbsoluteTolerance, _runAbsoluteTolerance))));
-    auto manager = std::make_shared<ZemTree::GraphTimeManager>("Current", ZemTree::Measures::Ampere(), tolerance);
-    manager->setFormula(RelayLogic::curveFormula(settings.curve));
-    manager->setIOperate(settings.pickup);
-    manager->setTOperate(settings.timeMultiplier);
-    // The band the relay is meant to hit, drawn from just above the pickup to twenty times it.
-    std::vector<Zem::PointF> up;
-    std::vector<Zem::PointF> down;
-    for (double multiple = 1.2; multiple <= 20.0; multiple *= 1.15) {
-        const double time = RelayLogic::curveTime(settings.curve, multiple, settings.timeMultiplier);
-        const double band = std::max(time * _runTolerance / 100.0, _runAbsoluteTolerance);
-        const auto x = static_cast<float>(multiple * settings.pickup);
-        up.push_back({x, static_cast<float>(time + band)});
-        down.push_back({x, static_cast<float>(std::max(0.0, time - band))});
-    }
-    manager->setSettingsFigures(up, Zem::Color::Red(), down, Zem::Color::Orange());
-    _tripTimeResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
-        std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+    finish.now();
 }
 
 void TripTimeTest::_setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode)

@@ -1,11 +1,13 @@
 #include "containers/ProjectFile.h"
 #include "containers/TestContainer.h"
 #include "containers/TestableContainer.h"
+#include "core/device/IVirtualAnalogOutputGroup.h"
 #include "core/tree/Node.h"
 #include "core/tree/NodeTreeTraversal.h"
 #include "evaluation/TestQueueEvaluator.h"
 #include "relay/ContactCheckTest.h"
 #include "relay/DemoRelay.h"
+#include "relay/DemoRelayCommon.h"
 #include "relay/ImpedanceZoneTest.h"
 #include "relay/PickupTest.h"
 #include "relay/RelayLogic.h"
@@ -302,6 +304,37 @@ TEST(DemoRelayQueue, StopDuringTheSecondTestKeepsTheFirstAndLeavesTheRest)
     }
     EXPECT_EQ(findTest<ImpedanceZoneTest>(*root)->getReachResult()->getValueOut().value, nullptr);
     EXPECT_EQ(findTest<ContactCheckTest>(*root)->getContactResult()->getValueOut().value, nullptr);
+}
+
+TEST(DemoRelayQueue, RelayThatStopsAnsweringKeepsWhatWasMeasuredAndSwitchesTheOutputsOff)
+{
+    std::unique_ptr<ZemTree::Node> root = buildSampleProject();
+    SimulatedRelayUnderTest relay(quietRelay());
+    attachRelay(root.get(), relay);
+    auto* pickup = findTest<PickupTest>(*root);
+    ASSERT_NE(pickup, nullptr);
+    std::vector<std::string> lines;
+    std::mutex linesMutex;
+    // The relay hangs once the first phase is measured: the second phase's first step waits for it in vain.
+    sigc::connection hang = pickup->getSignalStateMessage().connect([&](const std::string& line) {
+        const std::lock_guard<std::mutex> lock(linesMutex);
+        lines.push_back(line);
+        if (line.rfind("Phase A: start at", 0) == 0)
+            relay.getLogic().setAnswering(false);
+    });
+    QueueRun run({pickup});
+    ASSERT_TRUE(run.run());
+    hang.disconnect();
+
+    const auto& result = pickup->getPickupResult()->getValueOut().value;
+    ASSERT_NE(result, nullptr);
+    ASSERT_EQ(result->_items.size(), 1u);
+    EXPECT_EQ(result->_items.begin()->first, "Phase A");
+    EXPECT_EQ(result->_items.begin()->second.getState(), ResultState::Ok);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_NE(lines.back().find("does not answer"), std::string::npos) << lines.back();
+    for (const ZemDevice::AnalogPhasor& phasor : findAnalogGroup(relay, RelayLogic::CurrentGroupPath)->getPhasors())
+        EXPECT_EQ(phasor.amplitude, 0.0);
 }
 
 TEST(DemoRelayQueue, SavedRunLoadsWithTheSameVerdicts)
