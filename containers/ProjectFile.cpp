@@ -20,6 +20,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <typeinfo>
@@ -71,6 +72,38 @@ void writeTree(const Node& root, const std::string& path, const char* rootElemen
     mode.kind = kind;
     root.getXml(element, mode);
     Zem::XmlFile::writeAtomically(path, Zem::XmlFile::toText(document, false), what);
+}
+
+// The pictures a report names in its `Graph` attributes. Only bare names of PNG files count, so that a report
+// from elsewhere can never point the clean-up below outside the picture folder.
+std::set<std::string> picturesNamedBy(xmlpp::Element* root)
+{
+    std::set<std::string> names;
+    if (root == nullptr)
+        return names;
+    for (xmlpp::Node* node : root->find("//@Graph")) {
+        const auto* attribute = dynamic_cast<const xmlpp::Attribute*>(node);
+        const std::string name = attribute != nullptr ? std::string(attribute->get_value()) : std::string();
+        if (name.size() > 4 && name.compare(name.size() - 4, 4, ".png") == 0 && fs::path(name).filename() == name)
+            names.insert(name);
+    }
+    return names;
+}
+
+std::set<std::string> picturesOfReportFile(const std::string& path)
+{
+    std::error_code error;
+    if (!fs::is_regular_file(path, error))
+        return {};
+    try {
+        xmlpp::DomParser parser;
+        Zem::XmlFile::parse(path, parser, "report");
+        return picturesNamedBy(parser.get_document()->get_root_node());
+    }
+    catch (const std::exception&) {
+        // A report that cannot be read names nothing to clean up; it is replaced all the same.
+        return {};
+    }
 }
 
 } // namespace
@@ -170,11 +203,19 @@ std::string ProjectFile::writeReport(const Node& root, const std::string& folder
     if (error)
         throw std::runtime_error("The report '" + path + "' cannot be written: " + error.message());
 
+    const std::set<std::string> oldPictures = picturesOfReportFile(path);
     xmlpp::Document document;
     xmlpp::Element* const element = document.create_root_node(ReportElementName);
     DisplayXmlParameters parameters(folder);
     root.getDisplayXml(parameters, element);
     Zem::XmlFile::writeAtomically(path, Zem::XmlFile::toText(document, true), "report");
+
+    // New pictures never take an existing file's name, so the report that was replaced leaves its own behind.
+    // They go only now that the new report is whole: a failed write keeps the old report with its pictures.
+    const std::set<std::string> newPictures = picturesNamedBy(element);
+    for (const std::string& name : oldPictures)
+        if (newPictures.count(name) == 0)
+            fs::remove(fs::path(parameters.getImageFolder()) / name, error);
     return path;
 }
 

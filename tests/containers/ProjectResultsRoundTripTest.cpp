@@ -195,8 +195,22 @@ TEST(ProjectResultsRoundTrip, ResultsOfEveryKindComeBackWithTheirVerdictsAndRepo
     EXPECT_EQ(std::regex_replace(fileText(second), clock, "$1=\"\""),
               std::regex_replace(fileText(first), clock, "$1=\"\""));
 
-    std::size_t pictures = 0;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path() / "report2"))
-        pictures += entry.path().extension() == ".png";
-    EXPECT_EQ(pictures, 5u) << "one picture per graph result that was measured";
+    const auto pictures = [&](const std::string& report) {
+        std::size_t count = 0;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path() / report))
+            count += entry.path().extension() == ".png";
+        return count;
+    };
+    EXPECT_EQ(pictures("report2"), 5u) << "one picture per graph result that was measured";
+
+    // A report written again over the old one takes the old one's pictures away, and only those.
+    const std::filesystem::path stranger = folder.path() / "report2" / "images" / "photo.png";
+    std::ofstream(stranger) << "not ours";
+    files.writeReport(*loaded, folder.file("report2"));
+    EXPECT_EQ(pictures("report2"), 6u);
+    EXPECT_TRUE(std::filesystem::exists(stranger));
+    std::smatch named;
+    const std::string third = fileText(second);
+    ASSERT_TRUE(std::regex_search(third, named, std::regex("Graph=\"([^\"]+)\"")));
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "report2" / "images" / named[1].str()));
 }
