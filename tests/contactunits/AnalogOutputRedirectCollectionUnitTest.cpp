@@ -171,8 +171,8 @@ TEST_F(AnalogOutputRedirectCollectionUnitTest, LoadedListOfAnotherLengthIsReport
     AnalogOutputRedirectCollectionUnit* const unit = addUnit(root, 2.0);
     std::vector<std::string> problems;
     loadFromString(root,
-                   R"(<File><Node Id="Root"><Node Id="Redirect"><Value>AnalogOutputs/Group 2</Value>)"
-                   R"(</Node></Node></File>)",
+                   R"(<Root><Node Id="Root"><Node Id="Redirect"><Value>AnalogOutputs/Group 2</Value>)"
+                   R"(</Node></Node></Root>)",
                    makeMode(SerializationMode::User, &problems));
     EXPECT_TRUE(problems.empty());
     EXPECT_EQ("AnalogOutputs/Group 2", textOf(unit->getNativeData()));
@@ -200,7 +200,7 @@ TEST_F(AnalogOutputRedirectCollectionUnitTest, UserRoundTripKeepsListAndCount)
     EXPECT_EQ(saved, saveToString(target, makeMode(SerializationMode::User)));
 
     // A target that begins with a digit but is no number, and an empty one, both read as target 1.
-    loadFromString(target, R"(<File><Node Id="Root"><Node Id="Redirect"><Value>12a;</Value></Node></Node></File>)",
+    loadFromString(target, R"(<Root><Node Id="Root"><Node Id="Redirect"><Value>12a;</Value></Node></Node></Root>)",
                    makeMode(SerializationMode::User, &problems));
     EXPECT_TRUE(problems.empty());
     EXPECT_EQ("1;1", textOf(loaded->getNativeData()));

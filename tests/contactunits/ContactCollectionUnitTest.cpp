@@ -186,8 +186,8 @@ TEST_F(ContactCollectionUnitTest, MalformedTextIsReportedAndReadingGoesOn)
         SCOPED_TRACE(row.text);
         std::vector<std::string> problems;
         loadFromString(root,
-                       std::string(R"(<File><Node Id="Root"><Node Id="Out" IsActive="false"><Value>)") + row.value
-                           + "</Value></Node></Node></File>",
+                       std::string(R"(<Root><Node Id="Root"><Node Id="Out" IsActive="false"><Value>)") + row.value
+                           + "</Value></Node></Node></Root>",
                        makeMode(SerializationMode::User, &problems));
         EXPECT_EQ(1u, problems.size());
         EXPECT_EQ(before, unit->getNativeData());

@@ -230,7 +230,7 @@ TEST_F(ContactUnitTest, EmptyValueTextReadsAsTheDefaultContact)
     HardwareInContactUnit* const unit = bare.add(std::make_unique<HardwareInContactUnit>("In"));
     unit->setData(std::make_shared<Contact>(7, false));
     std::vector<std::string> problems;
-    loadFromString(bare, R"(<File><Node Id="Root"><Node Id="In"><Value/></Node></Node></File>)",
+    loadFromString(bare, R"(<Root><Node Id="Root"><Node Id="In"><Value/></Node></Node></Root>)",
                    makeMode(SerializationMode::User, &problems));
     EXPECT_TRUE(problems.empty());
     EXPECT_EQ("1", textOf(unit->getValue()));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "XmlTestSupport.h"
+
 #include "collections/IStructureChanged.h"
 #include "core/common/XmlInclude.h"
 #include "core/device/HardwareManager.h"
@@ -17,6 +19,10 @@
 
 // Nodes and helpers shared by the tests of the hardware watcher and the hardware-bound units.
 namespace ContactUnitsTest {
+
+using ZemTreeTest::loadFromString;
+using ZemTreeTest::makeMode;
+using ZemTreeTest::saveToString;
 
 // A plain node to which a test hands hardware, as the host hands it to a container.
 class HardwareNode : public ZemTree::Node, public virtual ZemTree::IEditableHardwareContainer {
@@ -72,36 +78,6 @@ public:
 private:
     sigc::connection _connection;
 };
-
-inline ZemTree::SerializationMode makeMode(std::uint8_t kind, std::vector<std::string>* problems = nullptr)
-{
-    ZemTree::SerializationMode mode;
-    mode.kind = kind;
-    mode.problems = problems;
-    return mode;
-}
-
-// The saved form of `node` as text.
-inline std::string saveToString(const ZemTree::Node& node, const ZemTree::SerializationMode& mode)
-{
-    xmlpp::Document document;
-    node.getXml(document.create_root_node("File"), mode);
-    return document.write_to_string();
-}
-
-// Reads `node` from the first node element of a text saved by saveToString.
-inline void loadFromString(ZemTree::Node& node, const std::string& xml, const ZemTree::SerializationMode& mode)
-{
-    xmlpp::DomParser parser;
-    parser.parse_memory(xml);
-    xmlpp::Element* const root = parser.get_document()->get_root_node();
-    for (xmlpp::Node* child : root->get_children(ZemTree::Node::XmlElementName)) {
-        if (auto* element = dynamic_cast<xmlpp::Element*>(child)) {
-            node.setXml(element, mode);
-            return;
-        }
-    }
-}
 
 // A test set of `inputs` binary input groups of 8, `outputs` binary output groups of 8 and `analog` analog groups.
 inline ZemDevice::HardwareLayout makeLayout(std::size_t inputs, std::size_t outputs, std::size_t analog)

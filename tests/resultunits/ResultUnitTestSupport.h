@@ -1,5 +1,7 @@
 #pragma once
 
+#include "XmlTestSupport.h"
+
 #include "LanguageGuard.h"
 
 #include "core/common/XmlInclude.h"
@@ -19,13 +21,9 @@
 // Trees, XML and folders shared by the result unit tests.
 namespace ResultUnitTest {
 
-inline ZemTree::SerializationMode makeMode(std::uint8_t kind, std::vector<std::string>* problems = nullptr)
-{
-    ZemTree::SerializationMode mode;
-    mode.kind = kind;
-    mode.problems = problems;
-    return mode;
-}
+using ZemTreeTest::loadFromString;
+using ZemTreeTest::makeMode;
+using ZemTreeTest::saveToString;
 
 // A test's shape as far as results go: a root "Test" with a plain section "Results". The section is not locked,
 // so its units are saved with their class and a reader makes them through NodeFactory.
@@ -42,28 +40,6 @@ struct ResultTree {
     ZemTree::Node root{"Test"};
     ZemTree::Node* results = nullptr;
 };
-
-inline std::string saveToString(const ZemTree::Node& node, const ZemTree::SerializationMode& mode)
-{
-    xmlpp::Document document;
-    node.getXml(document.create_root_node("Root"), mode);
-    return document.write_to_string();
-}
-
-// Reads `node` from the first node element below the document's root.
-inline void loadFromString(ZemTree::Node& node, const std::string& xml, const ZemTree::SerializationMode& mode)
-{
-    xmlpp::DomParser parser;
-    parser.parse_memory(xml);
-    xmlpp::Element* const root = parser.get_document()->get_root_node();
-    for (xmlpp::Node* child : root->get_children(ZemTree::Node::XmlElementName)) {
-        if (auto* element = dynamic_cast<xmlpp::Element*>(child)) {
-            node.setXml(element, mode);
-            return;
-        }
-    }
-    throw std::runtime_error("no node element in " + xml);
-}
 
 // Saves `tree` as a project, reads it into a new tree and checks that this saves the same, without problems.
 inline std::unique_ptr<ResultTree> projectRoundTrip(const ResultTree& tree)

@@ -130,11 +130,11 @@ TEST(EnumLimiterTest, BrokenItemsAreReportedAndReadingGoesOn)
     std::vector<std::string> problems;
     const SerializationMode mode = userMode(&problems);
     const std::string text =
-        "<Tree><Node Id=\"Unit\"><Node Id=\"Limiter\">"
+        "<Root><Node Id=\"Unit\"><Node Id=\"Limiter\">"
         "<Node Id=\"a\" Value=\"a\"><Display Text=\"A\"><Value Text=\"no language\"/></Display></Node>"
         "<Node Value=\"no id\"/>"
         "<Node Id=\"b\" Value=\"b\"><Display Text=\"B\"/></Node>"
-        "</Node></Node></Tree>";
+        "</Node></Node></Root>";
     TestGroup loaded("Unit");
     auto* target = static_cast<EnumLimiter*>(loaded.addPropertyInner(std::make_unique<EnumLimiter>()));
     loadFromString(loaded, text, mode);

@@ -14,19 +14,12 @@
 
 using namespace ZemTree;
 using TreeTest::loadFromString;
+using TreeTest::makeMode;
 using TreeTest::saveToString;
 using TreeTest::TestGroup;
 using TreeTest::TestItem;
 
 namespace {
-
-SerializationMode makeMode(std::uint8_t kind, std::vector<std::string>* problems)
-{
-    SerializationMode mode;
-    mode.kind = kind;
-    mode.problems = problems;
-    return mode;
-}
 
 // Root
 //   Serial   StringUnit, two-language description, second text
@@ -137,7 +130,7 @@ TEST(NodeXmlTest, FixedStructureIsReadInPlaceWithItsOwnDescriptions)
 TEST(NodeXmlTest, BadChildrenAreReportedAndReadingGoesOn)
 {
     const std::string text = R"(<?xml version="1.0"?>
-<Tree><Node Id="Root" Class="TreeTest::TestGroup">
+<Root><Node Id="Root" Class="TreeTest::TestGroup">
   <Node Class="TreeTest::TestItem" Weight="1"/>
   <Node Id="Ghost" Class="Nope::Unknown"/>
   <Node Id="Nameless"/>
@@ -148,7 +141,7 @@ TEST(NodeXmlTest, BadChildrenAreReportedAndReadingGoesOn)
   <Garbage Id="NotANode"/>
   text between <!-- and a comment -->
   <Node Id="Last" Class="TreeTest::TestItem" Weight="5"/>
-</Node></Tree>)";
+</Node></Root>)";
     std::vector<std::string> problems;
     TestGroup root("Root");
     ASSERT_NO_THROW(loadFromString(root, text, makeMode(SerializationMode::User, &problems)));
@@ -182,12 +175,12 @@ TEST(NodeXmlTest, HostileShapesDoNotBreakTheReader)
 
     // Deep nesting, as deep as the parser lets a document be, is read level by level.
     const int depth = 200;
-    std::string text = "<Tree>";
+    std::string text = "<Root>";
     for (int i = 0; i < depth; ++i)
         text += "<Node Id=\"L" + std::to_string(i) + "\" Class=\"TreeTest::TestGroup\">";
     for (int i = 0; i < depth; ++i)
         text += "</Node>";
-    text += "</Tree>";
+    text += "</Root>";
     problems.clear();
     TestGroup deep("L0");
     loadFromString(deep, text, mode);

@@ -13,18 +13,11 @@
 
 using namespace ZemTree;
 using TreeTest::loadFromString;
+using TreeTest::makeMode;
 using TreeTest::saveToString;
 using TreeTest::TestGroup;
 
 namespace {
-
-SerializationMode makeMode(std::uint8_t kind, std::vector<std::string>* problems)
-{
-    SerializationMode mode;
-    mode.kind = kind;
-    mode.problems = problems;
-    return mode;
-}
 
 // A unit with one property of each kind, hung the way units hang them, under a locked structure.
 struct PropertyUnit {
@@ -93,8 +86,8 @@ TEST(PropertyTest, BadTextIsReportedAndLeavesTheValue)
         std::vector<std::string> problems;
         const SerializationMode mode = makeMode(SerializationMode::User, &problems);
         PropertyUnit loaded("kept", true, 4.0, Measures::Volt());
-        const std::string text = std::string("<Tree><Node Id=\"Unit\"><Node Id=\"") + row.id + "\" Value=\"" + row.text
-                                 + "\"/><Node Id=\"ChannelType\" Value=\"after\"/></Node></Tree>";
+        const std::string text = std::string("<Root><Node Id=\"Unit\"><Node Id=\"") + row.id + "\" Value=\"" + row.text
+                                 + "\"/><Node Id=\"ChannelType\" Value=\"after\"/></Node></Root>";
         loadFromString(loaded.unit, text, mode);
         ASSERT_EQ(problems.size(), 1u);
         EXPECT_NE(problems.front().find(row.id), std::string::npos) << problems.front();

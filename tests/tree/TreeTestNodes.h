@@ -1,5 +1,7 @@
 #pragma once
 
+#include "XmlTestSupport.h"
+
 #include "core/common/XmlInclude.h"
 #include "core/tree/Node.h"
 #include "core/tree/UnitableContainer.h"
@@ -82,10 +84,8 @@ protected:
     }
 };
 
-// Saves the tree under a wrapper element and returns the document's text.
-std::string saveToString(const ZemTree::Node& node, const ZemTree::SerializationMode& mode);
-
-// Parses `text` and reads the first "Node" element below the document's root into `node`.
-void loadFromString(ZemTree::Node& node, const std::string& text, const ZemTree::SerializationMode& mode);
+using ZemTreeTest::loadFromString;
+using ZemTreeTest::makeMode;
+using ZemTreeTest::saveToString;
 
 } // namespace TreeTest

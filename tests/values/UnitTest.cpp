@@ -1,6 +1,7 @@
 #include "values/Unit.h"
 
 #include "ValueTestSupport.h"
+#include "XmlTestSupport.h"
 #include "core/common/XmlInclude.h"
 #include "core/formula/EmbeddedFormula.h"
 #include "core/tree/ExtendedTypeInfo.h"
@@ -16,6 +17,9 @@
 #include <vector>
 
 using namespace ValueTest;
+using ZemTreeTest::loadFromString;
+using ZemTreeTest::makeMode;
+using ZemTreeTest::saveToString;
 using ZemTree::EmbeddedFormula;
 using ZemTree::ExtendedTypeInfo;
 using ZemTree::Node;
@@ -28,35 +32,6 @@ class TargetNode : public Node {
 public:
     explicit TargetNode(const std::string& id) : Node(id) {}
 };
-
-SerializationMode makeMode(std::uint8_t kind, std::vector<std::string>* problems = nullptr)
-{
-    SerializationMode mode;
-    mode.kind = kind;
-    mode.problems = problems;
-    return mode;
-}
-
-std::string saveToString(const Node& node, const SerializationMode& mode)
-{
-    xmlpp::Document document;
-    node.getXml(document.create_root_node("Root"), mode);
-    return document.write_to_string();
-}
-
-void loadFromString(Node& node, const std::string& xml, const SerializationMode& mode)
-{
-    xmlpp::DomParser parser;
-    parser.parse_memory(xml);
-    xmlpp::Element* const root = parser.get_document()->get_root_node();
-    for (xmlpp::Node* child : root->get_children(Node::XmlElementName)) {
-        if (auto* element = dynamic_cast<xmlpp::Element*>(child)) {
-            node.setXml(element, mode);
-            return;
-        }
-    }
-    FAIL() << "no node element in " << xml;
-}
 
 // The unit element with a `Value` child holding `attributes`, e.g. R"(Data="3")".
 std::string unitXml(const std::string& id, const std::string& valueAttributes, const std::string& more = "")
