@@ -18,27 +18,6 @@
 
 namespace ZemTree {
 
-namespace {
-
-// Blocks a structure signal for its lifetime and restores the former state, also when a change is refused.
-class StructureSignalBlock {
-public:
-    explicit StructureSignalBlock(IStructureChanged& source)
-        : _signal(source.getSignalStructureChanged()), _wasBlocked(_signal.blocked())
-    {
-        _signal.block();
-    }
-    ~StructureSignalBlock() { _signal.block(_wasBlocked); }
-    StructureSignalBlock(const StructureSignalBlock&) = delete;
-    StructureSignalBlock& operator=(const StructureSignalBlock&) = delete;
-
-private:
-    sigc::signal<void>& _signal;
-    bool _wasBlocked;
-};
-
-} // namespace
-
 AnalogOutputRedirectCollectionUnit::AnalogOutputRedirectCollectionUnit(const std::string& id,
                                                                        const LocalString& description,
                                                                        const LocalString& secondText, Data defaultData,

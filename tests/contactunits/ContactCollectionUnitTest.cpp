@@ -29,18 +29,8 @@ using ZemTree::SerializationMode;
 
 using Collection = std::shared_ptr<ContactCollection>;
 
-Collection collectionOf(const std::string& text)
-{
-    Collection collection;
-    if (!Zem::tryConvert<Collection, true, true>(text, collection))
-        ADD_FAILURE() << "unreadable collection text " << text;
-    return collection;
-}
-
-std::string textOf(const Collection& collection)
-{
-    return collection ? Zem::convertToString<Collection, true, true>(collection) : std::string("null");
-}
+const auto collectionOf = ContactUnitsTest::collectionOf<ContactCollection>;
+const auto textOf = ContactUnitsTest::textOf<ContactCollection>;
 
 class ContactCollectionUnitTest : public ::testing::Test {
 protected:

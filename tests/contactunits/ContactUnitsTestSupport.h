@@ -3,6 +3,7 @@
 #include "XmlTestSupport.h"
 
 #include "collections/IStructureChanged.h"
+#include "core/common/ConvertionHelper.h"
 #include "core/common/XmlInclude.h"
 #include "core/device/HardwareManager.h"
 #include "core/tree/IEditableHardwareContainer.h"
@@ -12,6 +13,7 @@
 
 #include <sigc++/connection.h>
 
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <utility>
@@ -87,6 +89,22 @@ inline ZemDevice::HardwareLayout makeLayout(std::size_t inputs, std::size_t outp
     layout.binaryOutputGroups.assign(outputs, ZemDevice::HardwareGroupLayout{8, "", {}});
     layout.analogOutputGroups.assign(analog, ZemDevice::HardwareGroupLayout{3, "", {}});
     return layout;
+}
+
+// A collection read from its text form; a text that does not read fails the test.
+template <class Collection> std::shared_ptr<Collection> collectionOf(const std::string& text)
+{
+    std::shared_ptr<Collection> collection;
+    if (!Zem::tryConvert<std::shared_ptr<Collection>, true, true>(text, collection))
+        ADD_FAILURE() << "unreadable collection text " << text;
+    return collection;
+}
+
+// The text form of a collection, "null" for none.
+template <class Collection> std::string textOf(const std::shared_ptr<Collection>& collection)
+{
+    return collection ? Zem::convertToString<std::shared_ptr<Collection>, true, true>(collection)
+                      : std::string("null");
 }
 
 } // namespace ContactUnitsTest
