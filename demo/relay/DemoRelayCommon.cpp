@@ -44,6 +44,11 @@ ZemDevice::IVirtualBinaryOutputChannel* findOutput(SimulatedRelayUnderTest& rela
     return findChannel<ZemDevice::IVirtualBinaryOutputChannel>(relay, path);
 }
 
+std::vector<ZemDevice::AnalogPhasor> balanced(double amplitude)
+{
+    return {{amplitude, 0.0, 50.0}, {amplitude, -120.0, 50.0}, {amplitude, 120.0, 50.0}};
+}
+
 void settle(SimulatedRelayUnderTest& relay)
 {
     if (!relay.getLogic().waitSettled(SettleTimeout))

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/device/AnalogPhasor.h"
+
 #include <chrono>
 #include <functional>
 #include <string>
@@ -23,6 +25,9 @@ constexpr std::chrono::milliseconds SettleTimeout(2000);
 ZemDevice::IVirtualAnalogOutputGroup* findAnalogGroup(SimulatedRelayUnderTest& relay, const std::string& path);
 ZemDevice::IVirtualBinaryInputChannel* findInput(SimulatedRelayUnderTest& relay, const std::string& path);
 ZemDevice::IVirtualBinaryOutputChannel* findOutput(SimulatedRelayUnderTest& relay, const std::string& path);
+
+// A balanced three-phase set of `amplitude` at 50 Hz, phase A at 0°.
+std::vector<ZemDevice::AnalogPhasor> balanced(double amplitude);
 
 // Waits for the relay to settle; throws std::runtime_error when it does not answer.
 void settle(SimulatedRelayUnderTest& relay);

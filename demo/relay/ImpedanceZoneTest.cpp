@@ -167,15 +167,7 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
 void ImpedanceZoneTest::_setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode)
 {
     RelayTestBase::_setExtendedXml(own, mode);
-    const xmlpp::Attribute* const attribute = own->get_attribute(anglesAttribute);
-    if (attribute == nullptr)
-        return;
-    try {
-        _angles = anglesFromText(attribute->get_value());
-    }
-    catch (const std::runtime_error& error) {
-        _onSerializationError(error.what(), mode);
-    }
+    _readNumbers(own, anglesAttribute, _angles, anglesFromText, mode);
 }
 
 void ImpedanceZoneTest::_getExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) const

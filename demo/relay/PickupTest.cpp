@@ -26,14 +26,6 @@ namespace {
 const char* const phaseNames[] = {"Phase A", "Phase B", "Phase C"};
 const double phaseAngles[] = {0.0, -120.0, 120.0};
 
-std::vector<ZemDevice::AnalogPhasor> balanced(double amplitude)
-{
-    std::vector<ZemDevice::AnalogPhasor> phasors;
-    for (const double angle : phaseAngles)
-        phasors.push_back({amplitude, angle, 50.0});
-    return phasors;
-}
-
 } // namespace
 
 PickupTest::PickupTest() : RelayTestBase("PickupTest") {}

@@ -1,11 +1,13 @@
 #include "relay/RelayTestBase.h"
 
 #include "containers/SettingsContainer.h"
+#include "core/common/XmlInclude.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
 #include "relay/SettingUnit.h"
 
 #include <exception>
 #include <memory>
+#include <stdexcept>
 
 namespace ZemDemo {
 
@@ -120,6 +122,21 @@ SettingUnit* RelayTestBase::_addSetting(const std::string& id, const ZemTree::Lo
 double RelayTestBase::_settingValue(const SettingUnit* setting)
 {
     return setting->getValueOut().value;
+}
+
+void RelayTestBase::_readNumbers(xmlpp::Element* own, const char* name, std::vector<double>& numbers,
+                                 std::vector<double> (*parse)(const std::string&),
+                                 const ZemTree::SerializationMode& mode)
+{
+    const xmlpp::Attribute* const attribute = own->get_attribute(name);
+    if (attribute == nullptr)
+        return;
+    try {
+        numbers = parse(attribute->get_value());
+    }
+    catch (const std::runtime_error& error) {
+        _onSerializationError(error.what(), mode);
+    }
 }
 
 } // namespace ZemDemo

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace ZemDevice {
 class IVirtualBinaryInputChannel;
@@ -64,6 +65,11 @@ protected:
     SettingUnit* _addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
                              ZemTree::Measure* measure);
     static double _settingValue(const SettingUnit* setting);
+
+    // Reads the list of numbers kept in the attribute `name` with `parse`, which throws std::runtime_error for a
+    // malformed one: that is reported as a problem of the reading and `numbers` stay as they were.
+    void _readNumbers(xmlpp::Element* own, const char* name, std::vector<double>& numbers,
+                      std::vector<double> (*parse)(const std::string&), const ZemTree::SerializationMode& mode);
 
 private:
     void _run();

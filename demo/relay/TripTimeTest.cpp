@@ -30,11 +30,6 @@ namespace {
 const char* const multiplesAttribute = "Multiples";
 const char* const curveKey = "Phases A, B, C";
 
-std::vector<ZemDevice::AnalogPhasor> balanced(double amplitude)
-{
-    return {{amplitude, 0.0, 50.0}, {amplitude, -120.0, 50.0}, {amplitude, 120.0, 50.0}};
-}
-
 void checkMultiples(const std::vector<double>& multiples)
 {
     if (multiples.empty())
@@ -178,15 +173,7 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
 void TripTimeTest::_setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode)
 {
     RelayTestBase::_setExtendedXml(own, mode);
-    const xmlpp::Attribute* const attribute = own->get_attribute(multiplesAttribute);
-    if (attribute == nullptr)
-        return;
-    try {
-        _multiples = multiplesFromText(attribute->get_value());
-    }
-    catch (const std::runtime_error& error) {
-        _onSerializationError(error.what(), mode);
-    }
+    _readNumbers(own, multiplesAttribute, _multiples, multiplesFromText, mode);
 }
 
 void TripTimeTest::_getExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) const
