@@ -1,22 +1,25 @@
 #include "containers/ProjectFile.h"
 
-#include "containers/ZemTreeRelayTreeResources.h"
 #include "containers/TestableContainer.h"
+#include "containers/ZemTreeRelayTreeResources.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/XmlFile.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/DisplayXmlParameters.h"
+#include "core/tree/ITemplateActivatorContainer.h"
 #include "core/tree/Node.h"
 #include "core/tree/NodeFactory.h"
 #include "core/tree/NodePathHelper.h"
-#include "core/tree/ITemplateActivatorContainer.h"
 #include "core/tree/NodeTemplateActivator.h"
 #include "core/tree/NodeTemplateActivatorCollection.h"
 #include "core/tree/NodeTreeTraversal.h"
 #include "core/tree/SerializationMode.h"
 
+// dict.h needs the types of tree.h first.
+// clang-format off
 #include <libxml/tree.h>
 #include <libxml/dict.h>
+// clang-format on
 
 #include <cstdint>
 #include <filesystem>
@@ -179,7 +182,8 @@ void ProjectFile::_noteMissingTemplates(Node& root)
         const NodeTemplateActivator* activator = container ? container->getTemplateActivator() : nullptr;
         if (activator == nullptr || activator->getOwner() != nullptr || !activator->getName().empty())
             continue;
-        const std::string where = node == &root ? std::string("the root") : "'" + NodePathHelper::getPath(&root, node) + "'";
+        const std::string where =
+            node == &root ? std::string("the root") : "'" + NodePathHelper::getPath(&root, node) + "'";
         _problems.push_back("The template '" + activator->getPath() + "' of " + where
                             + " is not in the template folder; its saved values are read and the name is kept");
     }

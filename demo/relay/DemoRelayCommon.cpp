@@ -1,13 +1,12 @@
 #include "relay/DemoRelayCommon.h"
 
+#include "core/common/ConvertionHelper.h"
 #include "core/device/HardwareVirtualChannels.h"
 #include "core/device/IVirtualAnalogOutputGroup.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
 #include "core/device/IVirtualBinaryOutputChannel.h"
 #include "relay/DemoRelay.h"
 #include "relay/RelayLogic.h"
-
-#include "core/common/ConvertionHelper.h"
 
 #include <cmath>
 #include <iomanip>
