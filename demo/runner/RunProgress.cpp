@@ -35,13 +35,13 @@ std::string fitWidth(const std::string& text, std::size_t width)
     return text;
 }
 
+} // namespace
+
 std::string countersText(const ZemTree::TestCounters& counters)
 {
     return "ok " + std::to_string(counters.okCount) + ", failed " + std::to_string(counters.failedCount)
            + ", not tested " + std::to_string(counters.notTestedCount);
 }
-
-} // namespace
 
 TestVerdict judgeTest(const ZemTree::TestCounters& counters)
 {

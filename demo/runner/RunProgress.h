@@ -18,6 +18,8 @@ enum class TestVerdict { Passed, Failed, Unfinished };
 // Failed when a result is bad or in error, unfinished when a result is missing, passed otherwise.
 TestVerdict judgeTest(const ZemTree::TestCounters& counters);
 const char* verdictText(TestVerdict verdict);
+// "ok 3, failed 1, not tested 0".
+std::string countersText(const ZemTree::TestCounters& counters);
 
 // The live display of a run. The queue's worker and the tests' threads post what happens; the main thread alone
 // prints, in waitAndPrint. On a terminal one status line is rewritten in place ("\r") and each finished test

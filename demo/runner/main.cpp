@@ -87,12 +87,6 @@ ZemTree::TestCounters countersOf(ZemTree::Node* node)
     return {};
 }
 
-std::string countersText(const ZemTree::TestCounters& counters)
-{
-    return "ok " + std::to_string(counters.okCount) + ", failed " + std::to_string(counters.failedCount)
-           + ", not tested " + std::to_string(counters.notTestedCount);
-}
-
 // Runs `tests` through the queue, shows the progress and stops the queue on Ctrl-C. Returns when the queue has
 // ended and its threads are joined.
 void runTests(const std::vector<ZemTree::ITestContainer*>& tests, ZemDemo::RunProgress& progress,
@@ -192,7 +186,7 @@ int run(const ZemDemo::RunnerOptions& options)
     std::cout << "result: passed " << progress.getPassedCount() << ", failed " << progress.getFailedCount()
               << ", unfinished " << progress.getUnfinishedCount() << ", not run " << notRun << " of " << total
               << " test(s); " << (wasStopped ? "the run was stopped" : "the run completed") << "\n"
-              << "counters: " << countersText(countersOf(root.get())) << std::endl;
+              << "counters: " << ZemDemo::countersText(countersOf(root.get())) << std::endl;
 
     int exitCode = progress.getPassedCount() == total ? exitPassed : exitFailed;
     try {
