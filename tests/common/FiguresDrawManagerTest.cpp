@@ -1,3 +1,4 @@
+#include "TemporaryFolder.h"
 #include "core/common/FiguresDrawManager.h"
 
 #include "core/common/PointsSequence.h"
@@ -35,16 +36,7 @@ constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
 constexpr int Width = 800;
 constexpr int Height = 600;
 
-// A fresh folder under the system's temp folder, removed with everything in it at the end of the test.
-struct TempFolder {
-    TempFolder() { fs::create_directories(path); }
-    ~TempFolder()
-    {
-        std::error_code error;
-        fs::remove_all(path, error);
-    }
-    const fs::path path = fs::temp_directory_path() / ("ztr_figures_" + std::to_string(::getpid()));
-};
+using TempFolder = ZemTreeTest::TemporaryFolder;
 
 // Puts the default size back whatever a test did.
 struct SizeGuard {
@@ -240,11 +232,11 @@ TEST(FiguresDrawManagerTest, SaveWritesAPngOfTheSetSizeAndRefusesBadSizes)
     FiguresDrawManager* const manager = FiguresDrawManager::getInstance();
     Figures figures = single({{0, 0}, {1, 2}});
 
-    manager->saveToImage((temp.path / "default.png").string(), figures, "x", "y");
-    expectPng(temp.path / "default.png", FiguresDrawManager::DefaultWidth, FiguresDrawManager::DefaultHeight);
+    manager->saveToImage((temp.path() / "default.png").string(), figures, "x", "y");
+    expectPng(temp.path() / "default.png", FiguresDrawManager::DefaultWidth, FiguresDrawManager::DefaultHeight);
     manager->setImageSize(320, 1000);
-    manager->saveToImage((temp.path / "tall.png").string(), figures, "x", "y");
-    expectPng(temp.path / "tall.png", 320, 1000);
+    manager->saveToImage((temp.path() / "tall.png").string(), figures, "x", "y");
+    expectPng(temp.path() / "tall.png", 320, 1000);
 
     for (const auto& size : std::vector<std::pair<int, int>>{{0, 400}, {100000, 400}, {500, 63}}) {
         SCOPED_TRACE(std::to_string(size.first) + "x" + std::to_string(size.second));
@@ -257,7 +249,7 @@ TEST(FiguresDrawManagerTest, SaveWritesAPngOfTheSetSizeAndRefusesBadSizes)
 TEST(FiguresDrawManagerTest, UnwritablePathThrowsWithThePath)
 {
     const TempFolder temp;
-    for (const fs::path& path : {temp.path / "missing" / "a.png", temp.path, fs::path()}) {
+    for (const fs::path& path : {temp.path() / "missing" / "a.png", temp.path(), fs::path()}) {
         SCOPED_TRACE(path.string());
         try {
             Figures figures = single({{0, 0}});
@@ -268,7 +260,7 @@ TEST(FiguresDrawManagerTest, UnwritablePathThrowsWithThePath)
             EXPECT_NE(std::string(error.what()).find("\"" + path.string() + "\""), std::string::npos) << error.what();
         }
     }
-    EXPECT_FALSE(fs::exists(temp.path / "missing"));
+    EXPECT_FALSE(fs::exists(temp.path() / "missing"));
 }
 
 // Whatever the figures and texts, a picture is written.
@@ -304,7 +296,7 @@ TEST(FiguresDrawManagerTest, HostileInputStillGivesAPicture)
     FiguresDrawManager::getInstance()->setImageSize(size, size);
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        const fs::path path = temp.path / "picture.png";
+        const fs::path path = temp.path() / "picture.png";
         Figures figures = row.make();
         FiguresDrawManager::getInstance()->saveToImage(path.string(), figures, row.horizontal, row.vertical);
         expectPng(path, size, size);

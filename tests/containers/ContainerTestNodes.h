@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TemporaryFolder.h"
 #include "containers/DefendContainer.h"
 #include "containers/HierarchicalCollectionContainer.h"
 #include "containers/HierarchicalContainer.h"
@@ -162,29 +163,5 @@ inline std::string attributeOf(const xmlpp::Element* element, const std::string&
     return attribute == nullptr ? "<none>" : std::string(attribute->get_value());
 }
 
-// A fresh folder under the system's temporary folder, removed with the object.
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        std::random_device seed;
-        _path = std::filesystem::temp_directory_path() / ("zemtree-containers-" + std::to_string(seed()));
-        std::filesystem::create_directories(_path);
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code error;
-        std::filesystem::permissions(_path, std::filesystem::perms::owner_all, error);
-        std::filesystem::remove_all(_path, error);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::string file(const std::string& name) const { return (_path / name).string(); }
-    const std::filesystem::path& path() const { return _path; }
-
-private:
-    std::filesystem::path _path;
-};
 
 } // namespace ZemTreeTest

@@ -1,3 +1,4 @@
+#include "TemporaryFolder.h"
 #include "containers/ProjectFile.h"
 #include "containers/TestContainer.h"
 #include "containers/TestableContainer.h"
@@ -170,26 +171,7 @@ std::string fileText(const std::filesystem::path& path)
     return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }
 
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        std::random_device seed;
-        _path = std::filesystem::temp_directory_path() / ("zemtree-demorelay-" + std::to_string(seed()));
-        std::filesystem::create_directories(_path);
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code error;
-        std::filesystem::remove_all(_path, error);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    const std::filesystem::path& path() const { return _path; }
-
-private:
-    std::filesystem::path _path;
-};
+using ZemTreeTest::TemporaryFolder;
 
 const std::filesystem::path committedData = std::filesystem::path(__FILE__).parent_path() / "../../demo/data";
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TemporaryFolder.h"
 #include "XmlTestSupport.h"
 
 #include "LanguageGuard.h"
@@ -100,29 +101,7 @@ inline std::string text(const xmlpp::Element* element)
     return node != nullptr ? std::string(node->get_content()) : std::string();
 }
 
-// A fresh folder under the temp folder, removed with everything in it at the end of the test.
-class TempFolder {
-public:
-    TempFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "ztr_resultunits_XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("cannot make a temp folder");
-        _path = pattern;
-    }
-    ~TempFolder()
-    {
-        std::error_code error;
-        std::filesystem::remove_all(_path, error);
-    }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
-    const std::filesystem::path& path() const { return _path; }
-
-private:
-    std::filesystem::path _path;
-};
+using TempFolder = ZemTreeTest::TemporaryFolder;
 
 using ZemTreeTest::LanguageGuard;
 

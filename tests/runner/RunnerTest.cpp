@@ -1,3 +1,4 @@
+#include "TemporaryFolder.h"
 #include "RunnerProcess.h"
 
 #include "relay/DemoRelay.h"
@@ -34,29 +35,7 @@ using ZemDemoTest::RunnerProcess;
 
 namespace {
 
-// A fresh folder for one test, removed with everything in it afterwards.
-class TempFolder {
-public:
-    TempFolder()
-    {
-        std::string pattern = (fs::temp_directory_path() / "zemtree-run-test-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("mkdtemp failed");
-        _path = pattern;
-    }
-    ~TempFolder()
-    {
-        std::error_code error;
-        fs::remove_all(_path, error);
-    }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
-    std::string path(const std::string& name = "") const { return name.empty() ? _path : (fs::path(_path) / name).string(); }
-
-private:
-    std::string _path;
-};
+using TempFolder = ZemTreeTest::TemporaryFolder;
 
 std::string readFile(const std::string& path)
 {
@@ -125,16 +104,16 @@ void expectSameCounters(const ZemTree::TestCounters& printed, const ZemTree::Tes
 TEST(RunnerTest, RefusesBadCommandLinesAndFilesWithOneLineAndCodeTwo)
 {
     TempFolder folder;
-    writeFile(folder.path("malformed.xml"), "<Project><Node Id=\"Root\"");
-    writeFile(folder.path("empty.xml"), "");
-    writeFile(folder.path("foreign.xml"), "<Project><Node Id=\"Root\" Class=\"No::SuchClass\"/></Project>");
-    writeFile(folder.path("entities.xml"), "<!DOCTYPE Project [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>"
+    writeFile(folder.file("malformed.xml"), "<Project><Node Id=\"Root\"");
+    writeFile(folder.file("empty.xml"), "");
+    writeFile(folder.file("foreign.xml"), "<Project><Node Id=\"Root\" Class=\"No::SuchClass\"/></Project>");
+    writeFile(folder.file("entities.xml"), "<!DOCTYPE Project [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>"
                                            "<Project><Node Id=\"Root\" Description=\"&x;\"/></Project>");
     std::string deep = "<Project>";
     for (int i = 0; i < 5000; ++i)
         deep += "<a>";
-    writeFile(folder.path("deep.xml"), deep);
-    const std::string missing = folder.path("missing.xml");
+    writeFile(folder.file("deep.xml"), deep);
+    const std::string missing = folder.file("missing.xml");
 
     const std::vector<std::vector<std::string>> rows = {
         {"--bogus"},
@@ -147,16 +126,16 @@ TEST(RunnerTest, RefusesBadCommandLinesAndFilesWithOneLineAndCodeTwo)
         {"--new", missing},
         {"a.xml", "b.xml"},
         {missing},
-        {folder.path("malformed.xml")},
+        {folder.file("malformed.xml")},
         {"--check", missing},
-        {"--check", folder.path("malformed.xml")},
-        {"--check", folder.path("empty.xml")},
-        {"--check", folder.path("foreign.xml")},
-        {"--check", folder.path("entities.xml")},
-        {"--check", folder.path("deep.xml")},
-        {"--new", "--test", "NoSuchPath/", "--output", folder.path("p.xml")},
-        {"--new", "--templates", folder.path("no-such-folder"), "--output", folder.path("p.xml")},
-        {"--new", "--report", folder.path("r"), "--xsl", folder.path("no.xsl"), "--output", folder.path("p.xml")},
+        {"--check", folder.file("malformed.xml")},
+        {"--check", folder.file("empty.xml")},
+        {"--check", folder.file("foreign.xml")},
+        {"--check", folder.file("entities.xml")},
+        {"--check", folder.file("deep.xml")},
+        {"--new", "--test", "NoSuchPath/", "--output", folder.file("p.xml")},
+        {"--new", "--templates", folder.file("no-such-folder"), "--output", folder.file("p.xml")},
+        {"--new", "--report", folder.file("r"), "--xsl", folder.file("no.xsl"), "--output", folder.file("p.xml")},
     };
     for (const std::vector<std::string>& arguments : rows) {
         std::string joined;
@@ -169,8 +148,8 @@ TEST(RunnerTest, RefusesBadCommandLinesAndFilesWithOneLineAndCodeTwo)
         EXPECT_EQ(1, std::count(outcome.err.begin(), outcome.err.end(), '\n')) << outcome.err;
     }
     // Nothing is written for a refused command line.
-    EXPECT_FALSE(fs::exists(folder.path("p.xml")));
-    EXPECT_FALSE(fs::exists(folder.path("r")));
+    EXPECT_FALSE(fs::exists(folder.file("p.xml")));
+    EXPECT_FALSE(fs::exists(folder.file("r")));
 }
 
 TEST(RunnerTest, HelpNamesEveryOptionAndTheExitCodes)
@@ -196,14 +175,14 @@ TEST(RunnerTest, NewProjectRunSavesTheProjectAndWritesTheReport)
 
     ZemTree::TestCounters printed;
     ASSERT_TRUE(parseCounters(outcome.out, printed)) << outcome.out;
-    const ZemTree::TestCounters loaded = loadCounters(folder.path("out/project.xml"));
+    const ZemTree::TestCounters loaded = loadCounters(folder.file("out/project.xml"));
     expectSameCounters(printed, loaded);
     EXPECT_EQ(0u, loaded.notTestedCount);
     EXPECT_EQ(expectedExitCode(loaded), outcome.exitCode);
 
-    EXPECT_TRUE(fs::is_regular_file(folder.path("report/report.xml")));
+    EXPECT_TRUE(fs::is_regular_file(folder.file("report/report.xml")));
     std::vector<std::string> images;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder.path("report/images")))
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder.file("report/images")))
         if (entry.path().extension() == ".png")
             images.push_back(entry.path().filename().string());
     EXPECT_FALSE(images.empty());
@@ -215,7 +194,7 @@ TEST(RunnerTest, NewProjectRunSavesTheProjectAndWritesTheReport)
         GTEST_SKIP() << "xsltproc is not installed; the HTML report is not checked";
     }
     EXPECT_NE(std::string::npos, outcome.out.find("report HTML: report/report.html"));
-    const std::string html = readFile(folder.path("report/report.html"));
+    const std::string html = readFile(folder.file("report/report.html"));
     for (const std::string& image : images) {
         SCOPED_TRACE(image);
         EXPECT_NE(std::string::npos, html.find("src=\"images/" + image + "\""));
@@ -239,7 +218,7 @@ TEST(RunnerTest, ExitCodeFollowsTheVerdictsOverSeveralSeeds)
         const RunnerOutcome outcome = runRunner({"--new", "--seed", seed, "--output", output}, folder.path());
         ZemTree::TestCounters printed;
         ASSERT_TRUE(parseCounters(outcome.out, printed)) << outcome.out << outcome.err;
-        const ZemTree::TestCounters loaded = loadCounters(folder.path(output));
+        const ZemTree::TestCounters loaded = loadCounters(folder.file(output));
         expectSameCounters(printed, loaded);
         EXPECT_EQ(expectedExitCode(loaded), outcome.exitCode);
         EXPECT_EQ(loaded.failedCount > 0, outcome.out.find("FAILED") != std::string::npos);
@@ -258,7 +237,7 @@ TEST(RunnerTest, TestPathsChooseTheTestsToRun)
     EXPECT_NE(std::string::npos, outcome.out.find("Zone 1 reach"));
     EXPECT_EQ(std::string::npos, outcome.out.find("Trip time"));
     // The three tests left out keep no result.
-    const ZemTree::TestCounters loaded = loadCounters(folder.path("p.xml"));
+    const ZemTree::TestCounters loaded = loadCounters(folder.file("p.xml"));
     EXPECT_EQ(3u, loaded.notTestedCount);
     EXPECT_EQ(1u, loaded.okCount + loaded.failedCount);
 }
@@ -274,11 +253,11 @@ TEST(RunnerTest, InterruptStopsTheRunAndStillSaves)
 
     EXPECT_NE(std::string::npos, process.getOut().find("stopping")) << process.getOut();
     EXPECT_NE(std::string::npos, process.getOut().find("the run was stopped"));
-    ASSERT_TRUE(fs::is_regular_file(folder.path("p.xml"))) << process.getErr();
-    EXPECT_TRUE(fs::is_regular_file(folder.path("report/report.xml")));
+    ASSERT_TRUE(fs::is_regular_file(folder.file("p.xml"))) << process.getErr();
+    EXPECT_TRUE(fs::is_regular_file(folder.file("report/report.xml")));
     ZemTree::TestCounters printed;
     ASSERT_TRUE(parseCounters(process.getOut(), printed));
-    const ZemTree::TestCounters loaded = loadCounters(folder.path("p.xml"));
+    const ZemTree::TestCounters loaded = loadCounters(folder.file("p.xml"));
     expectSameCounters(printed, loaded);
     EXPECT_GT(loaded.notTestedCount, 0u);
     EXPECT_EQ(expectedExitCode(loaded), exitCode);
@@ -288,7 +267,7 @@ TEST(RunnerTest, ProjectFromFilesRunsAndChecks)
 {
     TempFolder folder;
     ZemDemo::writeSampleFiles(folder.path());
-    const std::string sample = folder.path("sample-project.xml");
+    const std::string sample = folder.file("sample-project.xml");
 
     const RunnerOutcome check = runRunner({"--check", sample}, folder.path());
     EXPECT_EQ(0, check.exitCode) << check.err;
@@ -299,7 +278,7 @@ TEST(RunnerTest, ProjectFromFilesRunsAndChecks)
     const std::size_t data = bad.find("Data=\"");
     ASSERT_NE(std::string::npos, data);
     bad.insert(data + 6, "not a number ");
-    writeFile(folder.path("bad.xml"), bad);
+    writeFile(folder.file("bad.xml"), bad);
     const RunnerOutcome badCheck = runRunner({"--check", "bad.xml"}, folder.path());
     EXPECT_EQ(1, badCheck.exitCode) << badCheck.err;
     EXPECT_NE(std::string::npos, badCheck.err.find("not a number")) << badCheck.err;
@@ -317,13 +296,13 @@ TEST(RunnerTest, UnknownTemplateStillLoadsRunsAndKeepsItsName)
 {
     TempFolder folder;
     ZemDemo::writeSampleFiles(folder.path());
-    std::string text = readFile(folder.path("sample-project.xml"));
+    std::string text = readFile(folder.file("sample-project.xml"));
     // Points the pickup test at a template that does not exist, whether or not it names one already.
     const std::regex pickup("(<Node Id=\"Pickup\" Class=\"[^\"]*\")( TemplateXml=\"[^\"]*\")?");
     const std::string edited = std::regex_replace(text, pickup, "$1 TemplateXml=\"NoSuchTemplate\"",
                                                   std::regex_constants::format_first_only);
     ASSERT_NE(text, edited);
-    writeFile(folder.path("edited.xml"), edited);
+    writeFile(folder.file("edited.xml"), edited);
 
     // The file loads, and the missing template is its one problem.
     const RunnerOutcome check = runRunner({"--check", "edited.xml"}, folder.path());
@@ -334,19 +313,19 @@ TEST(RunnerTest, UnknownTemplateStillLoadsRunsAndKeepsItsName)
     const RunnerOutcome outcome = runRunner({"edited.xml", "--output", "saved.xml"}, folder.path());
     ASSERT_TRUE(outcome.exitCode == 0 || outcome.exitCode == 1) << outcome.err;
     EXPECT_NE(std::string::npos, outcome.out.find("running 4 test(s)")) << outcome.out;
-    EXPECT_NE(std::string::npos, readFile(folder.path("saved.xml")).find("TemplateXml=\"NoSuchTemplate\""));
-    EXPECT_EQ(expectedExitCode(loadCounters(folder.path("saved.xml"), folder.path())), outcome.exitCode);
+    EXPECT_NE(std::string::npos, readFile(folder.file("saved.xml")).find("TemplateXml=\"NoSuchTemplate\""));
+    EXPECT_EQ(expectedExitCode(loadCounters(folder.file("saved.xml"), folder.path())), outcome.exitCode);
 }
 
 TEST(RunnerTest, WithoutXsltprocTheReportIsWrittenWithoutHtml)
 {
     TempFolder folder;
     const RunnerOutcome outcome =
-        runRunner({"--new", "--output", "p.xml", "--report", "report"}, folder.path(), folder.path("no-bin"));
+        runRunner({"--new", "--output", "p.xml", "--report", "report"}, folder.path(), folder.file("no-bin"));
     ASSERT_TRUE(outcome.exitCode == 0 || outcome.exitCode == 1) << outcome.err;
-    EXPECT_EQ(expectedExitCode(loadCounters(folder.path("p.xml"))), outcome.exitCode);
-    EXPECT_TRUE(fs::is_regular_file(folder.path("report/report.xml")));
-    EXPECT_FALSE(fs::exists(folder.path("report/report.html")));
+    EXPECT_EQ(expectedExitCode(loadCounters(folder.file("p.xml"))), outcome.exitCode);
+    EXPECT_TRUE(fs::is_regular_file(folder.file("report/report.xml")));
+    EXPECT_FALSE(fs::exists(folder.file("report/report.html")));
     EXPECT_NE(std::string::npos, outcome.err.find("xsltproc is not installed")) << outcome.err;
 }
 
@@ -396,11 +375,11 @@ TEST(RunnerTest, StylesheetColoursEachVerdict)
     if (!hasXsltproc())
         GTEST_SKIP() << "xsltproc is not installed";
     TempFolder folder;
-    writeFile(folder.path("report.xml"), verdictReport);
-    const std::string command = "xsltproc -o '" + folder.path("report.html") + "' '" ZTR_REPORT_XSL "' '"
-                                + folder.path("report.xml") + "'";
+    writeFile(folder.file("report.xml"), verdictReport);
+    const std::string command = "xsltproc -o '" + folder.file("report.html") + "' '" ZTR_REPORT_XSL "' '"
+                                + folder.file("report.xml") + "'";
     ASSERT_EQ(0, std::system(command.c_str()));
-    const std::string html = readFile(folder.path("report.html"));
+    const std::string html = readFile(folder.file("report.html"));
 
     const struct {
         const char* verdict;
@@ -430,18 +409,18 @@ TEST(RunnerTest, HtmlReportRendersInABrowser)
     if (!fs::exists("/usr/bin/chromium"))
         GTEST_SKIP() << "no /usr/bin/chromium";
     TempFolder folder;
-    const RunnerOutcome run = runRunner({"--new", "--seed", "2", "--output", folder.path("p.xml"), "--report",
-                                         folder.path("report")},
+    const RunnerOutcome run = runRunner({"--new", "--seed", "2", "--output", folder.file("p.xml"), "--report",
+                                         folder.file("report")},
                                         folder.path());
     ASSERT_EQ(1, run.exitCode) << run.err;
-    ASSERT_TRUE(fs::exists(folder.path("report/report.html")));
+    ASSERT_TRUE(fs::exists(folder.file("report/report.html")));
 
-    const std::string shot = folder.path("shot.png");
+    const std::string shot = folder.file("shot.png");
     const std::string command = "/usr/bin/chromium --headless --no-sandbox --disable-gpu --disable-quic "
                                 "--no-first-run --disable-background-networking --disable-component-update "
                                 "--disable-sync --user-data-dir="
-                                + folder.path("profile") + " --window-size=1000,1400 --screenshot=" + shot
-                                + " file://" + folder.path("report/report.html") + " > /dev/null 2>&1";
+                                + folder.file("profile") + " --window-size=1000,1400 --screenshot=" + shot
+                                + " file://" + folder.file("report/report.html") + " > /dev/null 2>&1";
     ASSERT_EQ(0, std::system(command.c_str()));
     const Cairo::RefPtr<Cairo::ImageSurface> image = Cairo::ImageSurface::create_from_png(shot);
     ASSERT_EQ(1000, image->get_width());

@@ -1,3 +1,4 @@
+#include "TemporaryFolder.h"
 #include "core/tree/DisplayXmlParameters.h"
 
 #include <filesystem>
@@ -13,18 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 using ZemTree::DisplayXmlParameters;
 
-// A fresh folder under the system's temp folder, removed with everything in it at the end of the test.
-struct TempFolder {
-    TempFolder() { fs::create_directories(_path); }
-    ~TempFolder()
-    {
-        std::error_code error;
-        fs::remove_all(_path, error);
-    }
-    const fs::path& path() const { return _path; }
-
-    const fs::path _path = fs::temp_directory_path() / ("ztr_display_xml_" + std::to_string(::getpid()));
-};
+using TempFolder = ZemTreeTest::TemporaryFolder;
 
 TEST(DisplayXmlParametersTest, NamesAreDistinctAndFreeAndInTheImageFolder)
 {

@@ -1,3 +1,4 @@
+#include "TemporaryFolder.h"
 #include "core/tree/NodeTemplateActivator.h"
 
 #include "core/common/XmlInclude.h"
@@ -41,19 +42,7 @@ public:
 [[maybe_unused]] const bool registered = ZemTree::NodeFactory::registerType<TemplateTestNode>()
                                          && ZemTree::NodeFactory::registerType<OtherTemplateTestNode>();
 
-// A fresh folder under the system's temp folder, removed with everything in it at the end of the test.
-struct TempFolder {
-    TempFolder() { fs::create_directories(_path); }
-    ~TempFolder()
-    {
-        std::error_code error;
-        fs::remove_all(_path, error);
-    }
-    std::string file(const std::string& name) const { return (_path / name).string(); }
-    void write(const std::string& name, const std::string& contents) const { std::ofstream(file(name)) << contents; }
-
-    const fs::path _path = fs::temp_directory_path() / ("ztr_templates_" + std::to_string(::getpid()));
-};
+using TempFolder = ZemTreeTest::TemporaryFolder;
 
 std::unique_ptr<Node> makeSample()
 {
