@@ -26,10 +26,10 @@
 #include "results/ResultMultiGraphUnit.h"
 #include "results/ResultMultiNumericUnit.h"
 #include "results/ResultMultiStringUnit.h"
+#include "values/NumericUnit.h"
 #include "results/StringSettingAssessment.h"
 #include "results/graph/GraphTimeManager.h"
 #include "results/graph/ResultMultiGraph.h"
-#include "values/Unit.h"
 
 #include <benchmark/benchmark.h>
 #include <cmath>
@@ -48,28 +48,6 @@ namespace fs = std::filesystem;
 
 constexpr int bayCount = 4;
 constexpr int testsPerProtection = 50;
-
-class BenchNumberUnit : public ZemTree::Unit<double> {
-public:
-    BenchNumberUnit() : BenchNumberUnit("Number", 0.0) {}
-    BenchNumberUnit(const std::string& id, double value)
-        : ZemTree::Unit<double>(id, ZemTree::LocalString(id), ZemTree::LocalString::Empty(), value)
-    {
-    }
-
-protected:
-    double _createDataFromXml(xmlpp::Element* element) const override
-    {
-        double value = 0.0;
-        if (const xmlpp::Attribute* data = element->get_attribute("Data"))
-            Zem::fromText(std::string(data->get_value()), value);
-        return value;
-    }
-    void _getDataXml(const double& data, xmlpp::Element* element) const override
-    {
-        element->set_attribute("Data", Zem::convertToString<double, true>(data, 6));
-    }
-};
 
 class BenchStage : public ZemTree::TestContainer {
 public:
@@ -118,9 +96,9 @@ protected:
     void _fillTemplate() override
     {
         ZemTree::TestContainer::_fillTemplate();
-        getSettings()->add(std::make_unique<BenchNumberUnit>("Current", 5.0));
-        getSettings()->add(std::make_unique<BenchNumberUnit>("Time", 0.3));
-        getSettings()->add(std::make_unique<BenchNumberUnit>("Angle", 60.0));
+        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Current", ZemTree::LocalString("Current"), ZemTree::LocalString::Empty(), 5.0));
+        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Time", ZemTree::LocalString("Time"), ZemTree::LocalString::Empty(), 0.3));
+        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Angle", ZemTree::LocalString("Angle"), ZemTree::LocalString::Empty(), 60.0));
         pickup = getResults()->add(std::make_unique<ZemTree::ResultMultiNumericUnit>(
             "Pickup", ZemTree::LocalString("Pickup"), ZemTree::LocalString::Empty(), nullptr,
             ZemTree::Measures::Ampere()));

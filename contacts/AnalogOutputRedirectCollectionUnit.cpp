@@ -13,6 +13,8 @@
 #include <sigc++/functors/mem_fun.h>
 
 #include <cmath>
+#include <set>
+#include <string>
 #include <stdexcept>
 #include <utility>
 
@@ -73,8 +75,11 @@ AnalogOutputRedirectCollectionUnit::Data AnalogOutputRedirectCollectionUnit::_co
 }
 
 // The count holds also without hardware. The targets without a path take the analog groups one after another,
-// counted among themselves, not by their place in the list; without hardware their path stays empty, and each
-// pass still counts that as a change.
+// counted among themselves, not by their place in the list, and pass over a group that another target names
+// already: one group driven twice makes no sense, and without that rule a list saved on a test set with fewer
+// groups than targets would come back changed once the hardware arrives after the load (the target resolved
+// before the save holds the first group, and the next one without a path would take it again). Without hardware
+// their path stays empty, and each pass still counts that as a change.
 AnalogOutputRedirectCollectionUnit::Data AnalogOutputRedirectCollectionUnit::_coerceGetDataImpl(const Data& data) const
 {
     Data collection = data ? data : std::make_shared<AnalogOutputRedirectCollection>();
@@ -96,11 +101,21 @@ AnalogOutputRedirectCollectionUnit::Data AnalogOutputRedirectCollectionUnit::_co
             }
         }
         ZemDevice::HardwareManager* const hardware = getHardware();
+        std::set<std::string> named;
+        for (const AnalogOutputTarget* target : *collection) {
+            if (target != nullptr && !target->getPath().empty())
+                named.insert(target->getPath());
+        }
         long index = 0;
         for (AnalogOutputTarget* target : *collection) {
             if (target == nullptr || !target->getPath().empty())
                 continue;
-            target->setPath(HardwareBasedUnitHelper::getDefaultHardwareAnalogOutputGroupPath(hardware, index));
+            std::string path = HardwareBasedUnitHelper::getDefaultHardwareAnalogOutputGroupPath(hardware, index);
+            while (!path.empty() && named.count(path) != 0)
+                path = HardwareBasedUnitHelper::getDefaultHardwareAnalogOutputGroupPath(hardware, ++index);
+            target->setPath(path);
+            if (!path.empty())
+                named.insert(path);
             ++index;
             isChanged = true;
         }
@@ -168,15 +183,12 @@ void AnalogOutputRedirectCollectionUnit::_onGroupCountChanged()
     _onValueOutChanged();
 }
 
-// As for the contact units: the coercion announces its own changes, otherwise the value out is judged again.
 void AnalogOutputRedirectCollectionUnit::_onHardwareUpdated()
 {
-    const bool isAnnounced = TextFormUnitXml::coerceAnnounced(
-        getNativeData(), [this](const Data& data) { return _coerceSetData(data); },
-        [this](const Data& data) { Value<Data>::setData(data); });
-    if (getIsFormulaSource() || !isAnnounced)
-        _onValueOutChanged();
-    getSignalHardwareChanged().emit();
+    TextFormUnitXml::followHardware(
+        getNativeData(), getIsFormulaSource(), [this](const Data& data) { return _coerceSetData(data); },
+        [this](const Data& data) { Value<Data>::setData(data); }, [this] { _onValueOutChanged(); },
+        getSignalHardwareChanged());
 }
 
 } // namespace ZemTree

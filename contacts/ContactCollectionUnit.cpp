@@ -119,15 +119,12 @@ void ContactCollectionUnit::_getDisplayXmlCurrentValue(DisplayXmlParameters& /*p
     TextFormUnitXml::write(getValueOut().value, element);
 }
 
-// As for a single contact: the coercion announces its own changes, otherwise the value out is judged again.
 void ContactCollectionUnit::_onHardwareUpdated()
 {
-    const bool isAnnounced = TextFormUnitXml::coerceAnnounced(
-        getNativeData(), [this](const Data& data) { return _coerceSetData(data); },
-        [this](const Data& data) { Value<Data>::setData(data); });
-    if (getIsFormulaSource() || !isAnnounced)
-        _onValueOutChanged();
-    getSignalHardwareChanged().emit();
+    TextFormUnitXml::followHardware(
+        getNativeData(), getIsFormulaSource(), [this](const Data& data) { return _coerceSetData(data); },
+        [this](const Data& data) { Value<Data>::setData(data); }, [this] { _onValueOutChanged(); },
+        getSignalHardwareChanged());
 }
 
 } // namespace ZemTree

@@ -160,16 +160,12 @@ void ContactUnit::_onChannelTypeChanged()
         _onValueOutChanged();
 }
 
-// The coercion changes the present object in place, and that announces itself through its structure signal.
-// When nothing changed the value out is still renewed, as it is judged against the new hardware.
 void ContactUnit::_onHardwareUpdated()
 {
-    const bool isAnnounced = TextFormUnitXml::coerceAnnounced(
-        getNativeData(), [this](const Data& data) { return _coerceSetData(data); },
-        [this](const Data& data) { Value<Data>::setData(data); });
-    if (getIsFormulaSource() || !isAnnounced)
-        _onValueOutChanged();
-    getSignalHardwareChanged().emit();
+    TextFormUnitXml::followHardware(
+        getNativeData(), getIsFormulaSource(), [this](const Data& data) { return _coerceSetData(data); },
+        [this](const Data& data) { Value<Data>::setData(data); }, [this] { _onValueOutChanged(); },
+        getSignalHardwareChanged());
 }
 
 } // namespace ZemTree

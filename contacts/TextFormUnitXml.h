@@ -4,6 +4,8 @@
 #include "core/common/ScopedConnection.h"
 #include "core/common/XmlInclude.h"
 
+#include <sigc++/signal.h>
+
 #include <stdexcept>
 #include <string>
 
@@ -49,6 +51,21 @@ template <class Data, class Coerce, class Store> bool coerceAnnounced(const Data
     isAnnounced = isAnnounced || coerced != data;
     store(coerced);
     return isAnnounced;
+}
+
+// The one reaction of the contact, collection and redirect units to a change of the hardware above them: the data
+// is coerced against the new hardware and stored, then the value out is renewed, then `hardwareChanged` fires.
+// The value out is renewed on every hardware change, also when no path of the data changed and no formula is the
+// source: a value out judged against the former hardware may be stale (a channel that is gone, or back), and a
+// view that follows the unit must see it judged again before it hears of the new hardware. A change that the data
+// announces renews it already, unless a formula is the source, which the data's own signal does not reach.
+template <class Data, class Coerce, class Store, class Renew>
+void followHardware(const Data& data, bool isFormulaSource, Coerce coerce, Store store, Renew renewValueOut,
+                    sigc::signal<void>& hardwareChanged)
+{
+    if (!coerceAnnounced(data, coerce, store) || isFormulaSource)
+        renewValueOut();
+    hardwareChanged.emit();
 }
 
 } // namespace TextFormUnitXml

@@ -13,6 +13,8 @@
 #include "results/graph/GraphManagerFactory.h"
 #include "results/graph/GraphTimeManager.h"
 #include "results/graph/GraphZPhiManager.h"
+#include "values/BooleanUnit.h"
+#include "values/NumericUnit.h"
 
 namespace ZemTreeRelayTreeResources {
 
@@ -32,6 +34,8 @@ bool registerOnce()
     NodeFactory::registerType<ZemTree::ResultMultiGraphUnit>();
     NodeFactory::registerType<ZemTree::ResultMultiNumericUnit>();
     NodeFactory::registerType<ZemTree::ResultMultiStringUnit>();
+    NodeFactory::registerType<ZemTree::NumericUnit>();
+    NodeFactory::registerType<ZemTree::BooleanUnit>();
     return true;
 }
 

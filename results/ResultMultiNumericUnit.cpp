@@ -59,7 +59,7 @@ std::string ResultMultiNumericUnit::_getDisplayXmlCurrentDataType() const
 void ResultMultiNumericUnit::_getDisplayXmlCurrentParameters(DisplayXmlParameters& /*parameters*/,
                                                              xmlpp::Element* element) const
 {
-    const MeasureProperty* const property = _measureData->getProperty();
+    const MeasureProperty* const property = _measureData->getMeasure();
     if (property == nullptr)
         return;
     const Measure* const measure = property->getValueOut().value;

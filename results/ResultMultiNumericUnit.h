@@ -14,7 +14,7 @@ class Measure;
 class MeasureObject;
 
 // The unit of a multi numeric result. Its measure is an ordinary property child with the id "Measure", saved with
-// the unit and read through getMeasureData()->getMeasure(); a report names it beside the measured values.
+// the unit and read through getMeasureData()->getMeasureValue(); a report names it beside the measured values.
 class ResultMultiNumericUnit : public ResultUnitBase<std::shared_ptr<ResultMultiNumeric>> {
 public:
     // Id "ResultMultiNumericUnit", no texts, no result, no measure: what NodeFactory makes before reading.

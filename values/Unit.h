@@ -175,7 +175,8 @@ protected:
         }
     }
 
-    // Parameters first, then the value, into the element the unit's frame made.
+    // Parameters first, then the value, into the element the unit's frame made; then the formula of a computed
+    // value and the text of an error as the attributes `Formula` and `Error`.
     xmlpp::Element* _getDisplayXmlCurrent(DisplayXmlParameters& parameters, xmlpp::Element* parent) const override
     {
         xmlpp::Element* const own = Unitable::_getDisplayXmlCurrent(parameters, parent);
@@ -183,6 +184,11 @@ protected:
             return nullptr;
         _getDisplayXmlCurrentParameters(parameters, own);
         _getDisplayXmlCurrentValue(parameters, own);
+        // A printed report says where a computed value came from, and why a value is not usable.
+        if (this->getIsFormulaSource())
+            own->set_attribute(formulaAttribute, this->getFormula());
+        if (const Zem::ErrorPointer& error = this->getValueOut().error)
+            own->set_attribute(errorAttribute, error->what());
         return own;
     }
 
@@ -278,6 +284,7 @@ private:
     static constexpr const char* embeddedElementName = "Embedded";
     static constexpr const char* targetTypeAttribute = "TargetType";
     static constexpr const char* formulaAttribute = "Formula";
+    static constexpr const char* errorAttribute = "Error";
 
     // A template save and load go to the default store; a project save and load go to the working store when
     // one exists.
@@ -288,10 +295,13 @@ private:
         return &_defaultValueSource;
     }
 
+    // A project load reads straight into the working store, made first from the defaults when it does not exist
+    // yet. Reading into the default store and cloning it later would lose whatever _cloneData leaves behind on
+    // purpose, such as the channel path of a contact, which a saved binding must keep.
     IValueSource<T>* _getSerializedSource(const SerializationMode& mode)
     {
-        if (mode.kind == SerializationMode::User && _baseValueSource)
-            return _baseValueSource.get();
+        if (mode.kind == SerializationMode::User && !isHidden())
+            return _getBaseValueSource();
         return &_defaultValueSource;
     }
 

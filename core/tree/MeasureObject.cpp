@@ -21,7 +21,7 @@ MeasureObject::~MeasureObject()
         _property->remove_destroy_notify_callback(this);
 }
 
-Measure* MeasureObject::getMeasure() const
+Measure* MeasureObject::getMeasureValue() const
 {
     if (_property == nullptr || _property->getValue() == nullptr)
         return Measures::None();

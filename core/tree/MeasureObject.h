@@ -17,9 +17,10 @@ public:
     MeasureObject(const MeasureObject&) = delete;
     MeasureObject& operator=(const MeasureObject&) = delete;
 
+    // The property itself, null once it is destroyed.
+    MeasureProperty* getMeasure() const { return _property; }
     // The property's measure; Measures::None() without a property or when the property holds null.
-    Measure* getMeasure() const;
-    MeasureProperty* getProperty() const { return _property; }
+    Measure* getMeasureValue() const;
 
     // Fires after the property's measure changed.
     sigc::signal<void>& getSignalMeasureChanged() { return _signalMeasureChanged; }

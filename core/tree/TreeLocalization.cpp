@@ -34,6 +34,8 @@ const Row rows[] = {
     {"Hardware.group", {"Group", "Группа"}},
     {"Hardware.input", {"Input", "Вход"}},
     {"Hardware.output", {"Output", "Выход"}},
+    {"Flag.yes", {"Yes", "Да"}},
+    {"Flag.no", {"No", "Нет"}},
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace ZemTree {
 
@@ -26,6 +27,17 @@ public:
 
 private:
     DataConvertionError() = default;
+};
+
+// The error of a number outside the bounds its unit allows, with the number and the bounds in its text.
+class OutOfRangeError : public std::exception {
+public:
+    explicit OutOfRangeError(std::string message) : _message(std::move(message)) {}
+
+    const char* what() const noexcept override { return _message.c_str(); }
+
+private:
+    std::string _message;
 };
 
 // The error of a formula that cannot be parsed or evaluated, with the position in its text where it was found.

@@ -7,7 +7,7 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "relay/RelayLogic.h"
-#include "relay/SettingUnit.h"
+#include "values/NumericUnit.h"
 #include "results/ResultMultiString.h"
 #include "results/ResultMultiStringUnit.h"
 #include "results/StringSettingAssessment.h"

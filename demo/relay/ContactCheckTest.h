@@ -28,8 +28,8 @@ protected:
     void _execute(SimulatedRelayUnderTest& relay) override;
 
 private:
-    SettingUnit* _repetitions = nullptr;
-    SettingUnit* _timeout = nullptr;
+    ZemTree::NumericUnit* _repetitions = nullptr;
+    ZemTree::NumericUnit* _timeout = nullptr;
     ZemTree::ResultMultiStringUnit* _contactResult = nullptr;
 
     // Copied when a run starts; read by the test's thread only.

@@ -12,7 +12,6 @@
 #include "relay/PickupTest.h"
 #include "relay/ProtectionContainer.h"
 #include "relay/RelayLogic.h"
-#include "relay/SettingUnit.h"
 #include "relay/TripTimeTest.h"
 
 #include <filesystem>
@@ -38,7 +37,6 @@ void registerDemoTypes()
 {
     ZemTree::NodeFactory::registerType<ZemTree::HierarchicalContainer>();
     ZemTree::NodeFactory::registerType<ProtectionContainer>();
-    ZemTree::NodeFactory::registerType<SettingUnit>();
     ZemTree::NodeFactory::registerType<PickupTest>();
     ZemTree::NodeFactory::registerType<TripTimeTest>();
     ZemTree::NodeFactory::registerType<ImpedanceZoneTest>();

@@ -9,7 +9,7 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "relay/RelayLogic.h"
-#include "relay/SettingUnit.h"
+#include "values/NumericUnit.h"
 #include "results/ResultMultiGraphUnit.h"
 #include "results/graph/GraphZPhiManager.h"
 #include "results/graph/ResultMultiGraph.h"

@@ -34,8 +34,8 @@ protected:
 
 private:
     std::vector<double> _angles{0.0, 45.0, 75.0, 105.0, 180.0, 270.0};
-    SettingUnit* _tolerance = nullptr;
-    SettingUnit* _steps = nullptr;
+    ZemTree::NumericUnit* _tolerance = nullptr;
+    ZemTree::NumericUnit* _steps = nullptr;
     ZemTree::ResultMultiGraphUnit* _reachResult = nullptr;
 
     // Copied when a run starts; read by the test's thread only.

@@ -9,7 +9,7 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "relay/RelayLogic.h"
-#include "relay/SettingUnit.h"
+#include "values/NumericUnit.h"
 #include "results/NumericSettingAssessment.h"
 #include "results/ResultMultiNumeric.h"
 #include "results/ResultMultiNumericUnit.h"

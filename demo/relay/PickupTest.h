@@ -24,10 +24,10 @@ protected:
     void _execute(SimulatedRelayUnderTest& relay) override;
 
 private:
-    SettingUnit* _tolerance = nullptr;
-    SettingUnit* _step = nullptr;
-    SettingUnit* _rampStart = nullptr;
-    SettingUnit* _rampEnd = nullptr;
+    ZemTree::NumericUnit* _tolerance = nullptr;
+    ZemTree::NumericUnit* _step = nullptr;
+    ZemTree::NumericUnit* _rampStart = nullptr;
+    ZemTree::NumericUnit* _rampEnd = nullptr;
     ZemTree::ResultMultiNumericUnit* _pickupResult = nullptr;
 
     // Copied from the settings when a run starts; read by the test's thread only.

@@ -3,7 +3,7 @@
 #include "containers/SettingsContainer.h"
 #include "core/common/XmlInclude.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
-#include "relay/SettingUnit.h"
+#include "values/NumericUnit.h"
 
 #include <exception>
 #include <memory>
@@ -113,13 +113,13 @@ void RelayTestBase::_stopAndJoin()
         _worker.join();
 }
 
-SettingUnit* RelayTestBase::_addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
+ZemTree::NumericUnit* RelayTestBase::_addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
                                         ZemTree::Measure* measure)
 {
-    return getSettings()->add(std::make_unique<SettingUnit>(id, description, value, measure));
+    return getSettings()->add(std::make_unique<ZemTree::NumericUnit>(id, description, ZemTree::LocalString::Empty(), value, measure));
 }
 
-double RelayTestBase::_settingValue(const SettingUnit* setting)
+double RelayTestBase::_settingValue(const ZemTree::NumericUnit* setting)
 {
     return setting->getValueOut().value;
 }

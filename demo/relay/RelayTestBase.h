@@ -16,11 +16,11 @@ class IVirtualBinaryInputChannel;
 
 namespace ZemTree {
 class Measure;
+class NumericUnit;
 }
 
 namespace ZemDemo {
 
-class SettingUnit;
 class SimulatedRelayUnderTest;
 
 // The common ground of the example tests: a relay under test to drive, a thread of the test's own that runs
@@ -62,9 +62,9 @@ protected:
     void _stopAndJoin();
 
     // Adds a setting to the test's `Settings` section; only while the template is filled.
-    SettingUnit* _addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
+    ZemTree::NumericUnit* _addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
                              ZemTree::Measure* measure);
-    static double _settingValue(const SettingUnit* setting);
+    static double _settingValue(const ZemTree::NumericUnit* setting);
 
     // Reads the list of numbers kept in the attribute `name` with `parse`, which throws std::runtime_error for a
     // malformed one: that is reported as a problem of the reading and `numbers` stay as they were.

@@ -12,7 +12,7 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "relay/RelayLogic.h"
-#include "relay/SettingUnit.h"
+#include "values/NumericUnit.h"
 #include "results/ResultMultiGraphUnit.h"
 #include "results/graph/GraphTimeManager.h"
 #include "results/graph/ResultMultiGraph.h"

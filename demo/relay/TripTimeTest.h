@@ -40,8 +40,8 @@ protected:
 
 private:
     std::vector<double> _multiples{2.0, 3.0, 5.0, 10.0};
-    SettingUnit* _tolerance = nullptr;
-    SettingUnit* _absoluteTolerance = nullptr;
+    ZemTree::NumericUnit* _tolerance = nullptr;
+    ZemTree::NumericUnit* _absoluteTolerance = nullptr;
     ZemTree::ResultMultiGraphUnit* _tripTimeResult = nullptr;
 
     // Copied when a run starts; read by the test's thread only.

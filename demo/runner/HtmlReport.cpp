@@ -40,9 +40,9 @@ std::string HtmlReport::findStylesheet(const std::string& explicitPath)
     if (!explicitPath.empty())
         return isFile(explicitPath) ? explicitPath : std::string();
 
-    // This source file lies in demo/runner/, the stylesheet in demo/data/ of the same tree.
-    const fs::path sourceTree = fs::path(__FILE__).parent_path().parent_path() / "data" / "report.xsl";
-    if (sourceTree.is_absolute() && isFile(sourceTree))
+    // A runner started from its build tree takes the stylesheet of its source tree.
+    const fs::path sourceTree = fs::path(ZTR_SOURCE_DATA_DIR) / "report.xsl";
+    if (isFile(sourceTree))
         return sourceTree.string();
 
     const fs::path folder = programFolder();

@@ -61,11 +61,11 @@ TEST_F(AnalogOutputRedirectCollectionUnitTest, RaisedCountAddsTargetsThatTakeThe
 
     unit->getGroupCountProperty()->setData(4.0);
 
-    // The new targets are numbered from 1 and take the groups from the first on, among themselves.
+    // The new targets are numbered from 1 and take the groups from the first on that no other target names; the
+    // last finds none left on a test set of three groups.
     EXPECT_EQ((std::vector<int>{1, 1, 1, 2}), numbersOf(unit->getNativeData()));
-    EXPECT_EQ("AnalogOutputs/Group 3;AnalogOutputs/Group 2;AnalogOutputs/Group 1;AnalogOutputs/Group 2",
-              textOf(unit->getValue()));
-    EXPECT_EQ(nullptr, unit->getError());
+    EXPECT_EQ("AnalogOutputs/Group 3;AnalogOutputs/Group 2;AnalogOutputs/Group 1;2", textOf(unit->getNativeData()));
+    EXPECT_EQ(ZemTree::MissingElementError::getInstance(), unit->getError());
     EXPECT_LE(1, valueOut.take());
 }
 

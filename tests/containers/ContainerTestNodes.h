@@ -18,7 +18,7 @@
 #include "evaluation/IHierarchicalContainer.h"
 #include "results/IResultUnit.h"
 #include "results/ResultBase.h"
-#include "values/Unit.h"
+#include "values/NumericUnit.h"
 
 #include <filesystem>
 #include <memory>
@@ -57,25 +57,12 @@ private:
     Zem::ErrorPointer _error;
 };
 
-// A number unit that saves its data as the attribute `Data`.
-class NumberUnit : public ZemTree::Unit<double> {
+// The core's number unit under a short name, with the id as its description.
+class NumberUnit : public ZemTree::NumericUnit {
 public:
-    NumberUnit(const std::string& id = "Number", double value = 0.0)
-        : ZemTree::Unit<double>(id, ZemTree::LocalString(id), ZemTree::LocalString::Empty(), value)
+    explicit NumberUnit(const std::string& id = "Number", double value = 0.0)
+        : ZemTree::NumericUnit(id, ZemTree::LocalString(id), ZemTree::LocalString::Empty(), value)
     {
-    }
-
-protected:
-    double _createDataFromXml(xmlpp::Element* element) const override
-    {
-        double value = 0.0;
-        if (const xmlpp::Attribute* data = element->get_attribute("Data"))
-            Zem::fromText(std::string(data->get_value()), value);
-        return value;
-    }
-    void _getDataXml(const double& data, xmlpp::Element* element) const override
-    {
-        element->set_attribute("Data", Zem::convertToString<double, true>(data, 6));
     }
 };
 

@@ -173,7 +173,7 @@ std::string fileText(const std::filesystem::path& path)
 
 using ZemTreeTest::TemporaryFolder;
 
-const std::filesystem::path committedData = std::filesystem::path(__FILE__).parent_path() / "../../demo/data";
+const std::filesystem::path committedData = std::filesystem::path(ZTR_DEMO_DATA);
 
 TEST(DemoRelayQueue, PreciseRelayPassesEveryTestWithTheCurveTimes)
 {

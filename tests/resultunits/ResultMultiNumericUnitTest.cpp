@@ -79,14 +79,14 @@ TEST(ResultMultiNumericUnitTest, ProjectSaveLoadSaveKeepsResultsAndMeasures)
     EXPECT_EQ(result->getState(), ResultState::NotOk) << "the verdict is worked out again on reading";
     EXPECT_EQ(result->_items.at("Ia").getMeasurmentCollection(), (std::vector<std::string>{"1", "3"}));
     EXPECT_EQ(result->_items.at("Ib").getDeviation(), rejected->getValue()->_items.at("Ib").getDeviation());
-    EXPECT_EQ(readRejected->getMeasureData()->getMeasure(), Measures::Ampere());
+    EXPECT_EQ(readRejected->getMeasureData()->getMeasureValue(), Measures::Ampere());
 
     // An empty result is not the same as no result.
     const auto* const empty = loaded->find<ResultMultiNumericUnit>("Empty");
     ASSERT_NE(empty, nullptr);
     ASSERT_NE(empty->getValue(), nullptr);
     EXPECT_TRUE(empty->getValue()->isEmpty());
-    EXPECT_EQ(empty->getMeasureData()->getMeasure(), Measures::Volt());
+    EXPECT_EQ(empty->getMeasureData()->getMeasureValue(), Measures::Volt());
 }
 
 TEST(ResultMultiNumericUnitTest, MeasureIsAPropertyChildSavedByItsKey)
@@ -106,7 +106,7 @@ TEST(ResultMultiNumericUnitTest, MeasureIsAPropertyChildSavedByItsKey)
         std::vector<std::string> problems;
         ResultMultiNumericUnit read;
         loadFromString(read, saveToString(unit, makeMode(kind)), makeMode(kind, &problems));
-        EXPECT_EQ(read.getMeasureData()->getMeasure(), Measures::Ohm());
+        EXPECT_EQ(read.getMeasureData()->getMeasureValue(), Measures::Ohm());
         EXPECT_EQ(read.size(), 1u) << "the saved property is read into the unit's own";
         EXPECT_TRUE(problems.empty());
     }

@@ -6,7 +6,7 @@
 #include "core/tree/Unitable.h"
 #include "evaluation/ITestContainer.h"
 #include "evaluation/TestQueueEvaluator.h"
-#include "values/Unit.h"
+#include "values/NumericUnit.h"
 
 #include <gtest/gtest.h>
 
@@ -206,18 +206,11 @@ TEST(QueueStress, TenThousandTestsThroughStopsAndRestarts)
     EXPECT_EQ(testFinishedSignals, testCount);
 }
 
-class Number : public ZemTree::Unit<double> {
-public:
-    Number() : ZemTree::Unit<double>("Number", ZemTree::LocalString("Number"), ZemTree::LocalString::Empty(), 0.0)
-    {
-    }
-};
-
 TEST(ValueStress, ThousandListenersSeeEveryOneOfManyChanges)
 {
     constexpr int listenerCount = 1000;
     constexpr int changeCount = 100000;
-    Number number;
+    ZemTree::NumericUnit number("Number");
     std::vector<int> calls(listenerCount, 0);
     int stale = 0;
     double expected = 0.0;

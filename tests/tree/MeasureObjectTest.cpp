@@ -15,9 +15,9 @@ TEST(MeasureObjectTest, FollowsThePropertysMeasure)
     int fired = 0;
     object.getSignalMeasureChanged().connect([&] {
         ++fired;
-        EXPECT_EQ(object.getMeasure(), Measures::Second());
+        EXPECT_EQ(object.getMeasureValue(), Measures::Second());
     });
-    EXPECT_EQ(object.getMeasure(), Measures::Ohm());
+    EXPECT_EQ(object.getMeasureValue(), Measures::Ohm());
     property.setValue(Measures::Second());
     EXPECT_EQ(fired, 1);
     property.setValue(Measures::Second());
@@ -26,14 +26,14 @@ TEST(MeasureObjectTest, FollowsThePropertysMeasure)
 
 TEST(MeasureObjectTest, WithoutMeasureGivesNone)
 {
-    EXPECT_EQ(MeasureObject(nullptr).getMeasure(), Measures::None());
+    EXPECT_EQ(MeasureObject(nullptr).getMeasureValue(), Measures::None());
     MeasureProperty empty;
-    EXPECT_EQ(MeasureObject(&empty).getMeasure(), Measures::None());
+    EXPECT_EQ(MeasureObject(&empty).getMeasureValue(), Measures::None());
 
     // A property destroyed first is forgotten, not read.
     auto property = std::make_unique<MeasureProperty>("Measure", LocalString(), LocalString(), Measures::Volt());
     const MeasureObject object(property.get());
     property.reset();
-    EXPECT_EQ(object.getProperty(), nullptr);
-    EXPECT_EQ(object.getMeasure(), Measures::None());
+    EXPECT_EQ(object.getMeasure(), nullptr);
+    EXPECT_EQ(object.getMeasureValue(), Measures::None());
 }
