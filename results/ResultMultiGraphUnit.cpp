@@ -151,7 +151,8 @@ void ResultMultiGraphUnit::_saveReportPicture(const ResultMultiGraph& result, Di
         horizontalCaption = captionText(header->getDescriptionX(), header->getMeasureX());
         verticalCaption = captionText(header->getDescriptionY(), header->getMeasureY());
     }
-    Zem::FiguresDrawManager::getInstance()->saveToImage(path, figures, horizontalCaption, verticalCaption);
+    Zem::FiguresDrawManager::getInstance()->saveToImage(path, figures, horizontalCaption, verticalCaption,
+                                                        result.getManager()->getFigureLabels());
 }
 
 } // namespace ZemTree

@@ -278,8 +278,9 @@ struct LegendEntry {
 class Renderer {
 public:
     Renderer(const std::map<std::string, std::unique_ptr<Figure>>& figures, const std::string& horizontalHeader,
-             const std::string& verticalHeader, int width, int height)
-        : _figures(figures), _horizontalHeader(sanitizeUtf8(horizontalHeader)),
+             const std::string& verticalHeader, int width, int height,
+             const std::map<std::string, std::string>& legendLabels)
+        : _figures(figures), _legendLabels(legendLabels), _horizontalHeader(sanitizeUtf8(horizontalHeader)),
           _verticalHeader(sanitizeUtf8(verticalHeader)), _width(width), _height(height),
           _scale(std::clamp(std::min(width / 800.0, height / 600.0), 0.6, 4.0))
     {
@@ -323,7 +324,8 @@ private:
         _y = finishRange(y);
         for (const auto& entry : _figures) {
             LegendEntry legend;
-            legend.text = sanitizeUtf8(entry.first);
+            const auto label = _legendLabels.find(entry.first);
+            legend.text = sanitizeUtf8(label != _legendLabels.end() ? label->second : entry.first);
             legend.sequence = dynamic_cast<const PointsSequence*>(entry.second.get());
             if (legend.sequence != nullptr)
                 _legend.push_back(legend);
@@ -433,13 +435,16 @@ private:
         _context->restore();
     }
 
+    // A closed sequence whose points are all finite is stroked as one closed path; a gap leaves it open.
     void _drawLines(const PointsSequence& sequence)
     {
         _context->set_line_width(1.5 * _scale);
         bool isOpen = false;
+        bool isWhole = true;
         for (const PointF& point : sequence.getPoints()) {
             if (!isFinitePoint(point)) {
                 isOpen = false;
+                isWhole = false;
                 continue;
             }
             const double x = _toPixelX(point.x);
@@ -450,6 +455,8 @@ private:
                 _context->move_to(x, y);
             isOpen = true;
         }
+        if (sequence.getIsClosed() && isWhole && sequence.getPoints().size() > 2)
+            _context->close_path();
         _context->stroke();
     }
 
@@ -596,6 +603,7 @@ private:
     double _legendSwatchWidth() const { return 22.0 * _scale; }
 
     const std::map<std::string, std::unique_ptr<Figure>>& _figures;
+    const std::map<std::string, std::string>& _legendLabels;
     const std::string _horizontalHeader;
     const std::string _verticalHeader;
     const int _width;
@@ -617,7 +625,8 @@ private:
 };
 
 FiguresImage renderImage(const std::map<std::string, std::unique_ptr<Figure>>& figures,
-                         const std::string& horizontalHeader, const std::string& verticalHeader, int width, int height)
+                         const std::string& horizontalHeader, const std::string& verticalHeader, int width, int height,
+                         const std::map<std::string, std::string>& legendLabels)
 {
     FiguresImage image;
     image.width = std::clamp(width, FiguresDrawManager::MinSize, FiguresDrawManager::MaxSize);
@@ -628,7 +637,8 @@ FiguresImage renderImage(const std::map<std::string, std::unique_ptr<Figure>>& f
                                                      Cairo::FORMAT_ARGB32, image.width, image.height, image.width * 4);
     {
         const auto context = Cairo::Context::create(surface);
-        Renderer(figures, horizontalHeader, verticalHeader, image.width, image.height).render(context, image);
+        Renderer(figures, horizontalHeader, verticalHeader, image.width, image.height, legendLabels)
+            .render(context, image);
     }
     surface->flush();
     surface->finish();
@@ -691,19 +701,21 @@ int FiguresDrawManager::getImageHeight() const
 }
 
 void FiguresDrawManager::saveToImage(const std::string& path, std::map<std::string, std::unique_ptr<Figure>>& figures,
-                                     const std::string& horizontalHeader, const std::string& verticalHeader)
+                                     const std::string& horizontalHeader, const std::string& verticalHeader,
+                                     const std::map<std::string, std::string>& legendLabels)
 {
     const std::lock_guard<std::mutex> lock(_mutex);
-    FiguresImage image = renderImage(figures, horizontalHeader, verticalHeader, _width, _height);
+    FiguresImage image = renderImage(figures, horizontalHeader, verticalHeader, _width, _height, legendLabels);
     writePng(path, image);
 }
 
 FiguresImage FiguresDrawManager::renderToPixels(const std::map<std::string, std::unique_ptr<Figure>>& figures,
                                                 const std::string& horizontalHeader, const std::string& verticalHeader,
-                                                int width, int height) const
+                                                int width, int height,
+                                                const std::map<std::string, std::string>& legendLabels) const
 {
     const std::lock_guard<std::mutex> lock(_mutex);
-    return renderImage(figures, horizontalHeader, verticalHeader, width, height);
+    return renderImage(figures, horizontalHeader, verticalHeader, width, height, legendLabels);
 }
 
 } // namespace Zem

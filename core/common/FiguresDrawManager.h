@@ -65,15 +65,17 @@ public:
     int getImageHeight() const;
 
     // Renders the figures, keyed by their legend texts (UTF-8), and writes a PNG file to `path`, replacing one that
-    // is there. `horizontalHeader` is written under the x axis, `verticalHeader` upright at the left.
+    // is there. `horizontalHeader` is written under the x axis, `verticalHeader` upright at the left. A key found in
+    // `legendLabels` shows that label in the legend instead, for keys that are fixed names rather than texts.
     // Throws std::runtime_error naming the path when the file cannot be written; no partial file stays behind.
     void saveToImage(const std::string& path, std::map<std::string, std::unique_ptr<Figure>>& figures,
-                     const std::string& horizontalHeader, const std::string& verticalHeader);
+                     const std::string& horizontalHeader, const std::string& verticalHeader,
+                     const std::map<std::string, std::string>& legendLabels = {});
 
     // The same picture in memory, of the given size (clamped to [MinSize, MaxSize]).
     FiguresImage renderToPixels(const std::map<std::string, std::unique_ptr<Figure>>& figures,
                                 const std::string& horizontalHeader, const std::string& verticalHeader, int width,
-                                int height) const;
+                                int height, const std::map<std::string, std::string>& legendLabels = {}) const;
 
 private:
     FiguresDrawManager() = default;

@@ -5,9 +5,9 @@
 namespace Zem {
 
 PointsSequence::PointsSequence(std::vector<PointF> points, Color color, std::string name, bool isMarkersVisible,
-                               bool isLinesVisible)
+                               bool isLinesVisible, bool isClosed)
     : _points(std::move(points)), _color(color), _name(std::move(name)), _isMarkersVisible(isMarkersVisible),
-      _isLinesVisible(isLinesVisible)
+      _isLinesVisible(isLinesVisible), _isClosed(isClosed)
 {
 }
 

@@ -13,8 +13,9 @@ namespace Zem {
 // between them, or both.
 class PointsSequence : public Figure {
 public:
+    // A closed sequence is a polygon: its lines also join the last point back to the first.
     PointsSequence(std::vector<PointF> points, Color color, std::string name, bool isMarkersVisible,
-                   bool isLinesVisible);
+                   bool isLinesVisible, bool isClosed = false);
 
     const std::vector<PointF>& getPoints() const { return _points; }
     Color getColor() const { return _color; }
@@ -23,6 +24,7 @@ public:
     bool getIsMarkersVisible() const { return _isMarkersVisible; }
     // Whether consecutive points are joined by lines.
     bool getIsLinesVisible() const { return _isLinesVisible; }
+    bool getIsClosed() const { return _isClosed; }
 
     // For each point in turn: min takes x when it is greater than x, max takes x when x is greater than it.
     // A NaN coordinate therefore never enters the range; an infinite one does. No points: nothing changes.
@@ -36,6 +38,7 @@ private:
     std::string _name;
     bool _isMarkersVisible;
     bool _isLinesVisible;
+    bool _isClosed;
 };
 
 } // namespace Zem

@@ -36,6 +36,10 @@ const Row rows[] = {
     {"Hardware.output", {"Output", "Выход"}},
     {"Flag.yes", {"Yes", "Да"}},
     {"Flag.no", {"No", "Нет"}},
+    {"Graph.upperToleranceLimit", {"Upper tolerance limit", "Верхняя граница допуска"}},
+    {"Graph.lowerToleranceLimit", {"Lower tolerance limit", "Нижняя граница допуска"}},
+    {"Graph.outerZoneBound", {"Outer bound of the zone", "Внешняя граница зоны"}},
+    {"Graph.innerZoneBound", {"Inner bound of the zone", "Внутренняя граница зоны"}},
 };
 
 } // namespace

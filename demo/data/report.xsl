@@ -48,6 +48,8 @@
       <xsl:when test="$key = 'Parameters'"><xsl:if test="$ru">Параметры</xsl:if><xsl:if test="not($ru)">Parameters</xsl:if></xsl:when>
       <xsl:when test="$key = 'Descriptors'"><xsl:if test="$ru">Описание</xsl:if><xsl:if test="not($ru)">Description</xsl:if></xsl:when>
       <xsl:when test="$key = 'value'"><xsl:if test="$ru">Значение</xsl:if><xsl:if test="not($ru)">Value</xsl:if></xsl:when>
+      <xsl:when test="$key = 'measure'"><xsl:if test="$ru">Ед. изм.</xsl:if><xsl:if test="not($ru)">Unit</xsl:if></xsl:when>
+      <xsl:when test="$key = 'formula'"><xsl:if test="$ru">Формула</xsl:if><xsl:if test="not($ru)">Formula</xsl:if></xsl:when>
       <xsl:otherwise><xsl:value-of select="$key"/></xsl:otherwise>
     </xsl:choose>
   </xsl:template>
@@ -193,6 +195,8 @@
           figure { margin: 0.5em 0; }
           figure img { max-width: 100%; height: auto; border: 1px solid var(--line); border-radius: 4px;
                        background: #fff; }
+          table.values { min-width: 0; } table.values td:nth-child(2) { font-variant-numeric: tabular-nums; }
+          .valueError { color: #b3261e; margin-left: 0.5em; } code { font-size: 0.95em; }
           details { margin: 0.3em 0 0.6em; } summary { cursor: pointer; color: #3c4043; font-weight: 600; }
           .inactive { color: var(--empty); }
         </style>
@@ -404,33 +408,50 @@
     </xsl:for-each>
   </xsl:template>
 
-  <!-- A section of values (settings, parameters): a folded table of the units that carry something to show. -->
+  <!-- A section of values (settings, parameters): a table of the units that carry something to show, with the
+       value as the report shows it, its measure, and the formula where one gives the value. Settings are open,
+       so a printed report shows what a test was set to; other sections are folded. -->
   <xsl:template match="Node" mode="values">
-    <xsl:variable name="units" select="Node[not(@IsActive = 'false')][Value or @*[not(name() = 'Id' or name() = 'Description' or name() = 'DataType' or name() = 'SecondText' or name() = 'IsActive' or name() = 'Mode')]]"/>
+    <xsl:variable name="units" select="Node[not(@IsActive = 'false')][@Value or @Formula or @Error or normalize-space(text()) or @*[not(name() = 'Id' or name() = 'Description' or name() = 'DataType' or name() = 'SecondText' or name() = 'IsActive' or name() = 'Mode')]]"/>
     <xsl:if test="$units">
-      <details>
+      <details class="values">
+        <xsl:if test="@Id = 'Settings'"><xsl:attribute name="open">open</xsl:attribute></xsl:if>
         <summary>
           <xsl:call-template name="text"><xsl:with-param name="key" select="@Id"/></xsl:call-template>
           <xsl:value-of select="concat(' (', count($units), ')')"/>
         </summary>
-        <table>
+        <table class="values">
           <tr>
             <th><xsl:call-template name="text"><xsl:with-param name="key" select="@Id"/></xsl:call-template></th>
             <th><xsl:call-template name="text"><xsl:with-param name="key" select="'value'"/></xsl:call-template></th>
+            <th><xsl:call-template name="text"><xsl:with-param name="key" select="'measure'"/></xsl:call-template></th>
+            <xsl:if test="$units/@Formula">
+              <th><xsl:call-template name="text"><xsl:with-param name="key" select="'formula'"/></xsl:call-template></th>
+            </xsl:if>
           </tr>
           <xsl:for-each select="$units">
             <tr>
               <td><xsl:call-template name="name"/></td>
               <td>
-                <xsl:value-of select="Value"/>
-                <xsl:for-each select="@*[not(name() = 'Id' or name() = 'Description' or name() = 'DataType' or name() = 'SecondText' or name() = 'IsActive' or name() = 'Mode')]">
-                  <xsl:if test="position() &gt; 1 or ../Value"><xsl:text>; </xsl:text></xsl:if>
-                  <xsl:choose>
-                    <xsl:when test="name() = 'Value' or name() = 'Data'"><xsl:value-of select="."/></xsl:when>
-                    <xsl:otherwise><xsl:value-of select="concat(name(), ': ', .)"/></xsl:otherwise>
-                  </xsl:choose>
+                <xsl:choose>
+                  <xsl:when test="@Value"><xsl:value-of select="@Value"/></xsl:when>
+                  <xsl:otherwise><xsl:value-of select="normalize-space(text())"/></xsl:otherwise>
+                </xsl:choose>
+                <xsl:for-each select="@*[not(name() = 'Id' or name() = 'Description' or name() = 'DataType' or name() = 'SecondText' or name() = 'IsActive' or name() = 'Mode' or name() = 'Value' or name() = 'Measure' or name() = 'Formula' or name() = 'Error')]">
+                  <xsl:if test="position() &gt; 1 or ../@Value or normalize-space(../text())"><xsl:text>; </xsl:text></xsl:if>
+                  <xsl:value-of select="concat(name(), ': ', .)"/>
                 </xsl:for-each>
+                <xsl:if test="@Error">
+                  <span class="valueError">
+                    <xsl:call-template name="text"><xsl:with-param name="key" select="'error'"/></xsl:call-template>
+                    <xsl:value-of select="concat(': ', @Error)"/>
+                  </span>
+                </xsl:if>
               </td>
+              <td><xsl:value-of select="@Measure"/></td>
+              <xsl:if test="$units/@Formula">
+                <td><xsl:if test="@Formula"><code><xsl:value-of select="@Formula"/></code></xsl:if></td>
+              </xsl:if>
             </tr>
           </xsl:for-each>
         </table>

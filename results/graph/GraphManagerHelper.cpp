@@ -107,11 +107,11 @@ void GraphManagerHelper::addCurveFigures(const std::map<std::string, std::vector
 
 void GraphManagerHelper::addSettingFigure(std::map<std::string, std::unique_ptr<Zem::Figure>>& figures,
                                           const std::string& key, const std::vector<Zem::PointF>& line,
-                                          Zem::Color color, bool isMarkersVisible)
+                                          Zem::Color color, bool isMarkersVisible, bool isClosed)
 {
     if (figures.count(key) != 0)
         return;
-    figures.emplace(key, std::make_unique<Zem::PointsSequence>(line, color, "", isMarkersVisible, true));
+    figures.emplace(key, std::make_unique<Zem::PointsSequence>(line, color, "", isMarkersVisible, true, isClosed));
 }
 
 } // namespace ZemTree

@@ -49,9 +49,11 @@ public:
     // `figures` keeps its old figure.
     static void addCurveFigures(const std::map<std::string, std::vector<Zem::Point>>& points,
                                 std::map<std::string, std::unique_ptr<Zem::Figure>>& figures);
-    // A figure of a setting line under `key`, unless the key is taken; always drawn with lines.
+    // A figure of a setting line under `key`, unless the key is taken; always drawn with lines, and closed into a
+    // polygon when `isClosed`.
     static void addSettingFigure(std::map<std::string, std::unique_ptr<Zem::Figure>>& figures, const std::string& key,
-                                 const std::vector<Zem::PointF>& line, Zem::Color color, bool isMarkersVisible);
+                                 const std::vector<Zem::PointF>& line, Zem::Color color, bool isMarkersVisible,
+                                 bool isClosed = false);
 };
 
 } // namespace ZemTree

@@ -15,6 +15,7 @@
 #include "results/graph/GraphDataHeader.h"
 #include "results/graph/GraphDataRecord.h"
 #include "results/graph/GraphDataTable.h"
+#include "core/tree/TreeLocalization.h"
 #include "results/graph/GraphManagerHelper.h"
 
 #include <limits>
@@ -58,6 +59,12 @@ void GraphTimeManager::setSettingsFigures(std::vector<Zem::PointF>& up, Zem::Col
     _zsettingsFiguresUpColor = upColor;
     _zsettingsFiguresDown = down;
     _zsettingsFiguresDownColor = downColor;
+}
+
+std::map<std::string, std::string> GraphTimeManager::getFigureLabels() const
+{
+    return {{GraphManagerHelper::FigureKeyUp, lng::Tree::get("Graph.upperToleranceLimit")},
+            {GraphManagerHelper::FigureKeyDown, lng::Tree::get("Graph.lowerToleranceLimit")}};
 }
 
 void GraphTimeManager::getFigures(const std::map<std::string, std::vector<Zem::Point>>& points,

@@ -46,6 +46,8 @@ public:
 
     // The measured curves (blue markers) and the two setting lines (lines without markers) under the keys of
     // GraphManagerHelper; the header is that of the table.
+    // The first setting line is labelled as the upper tolerance limit, the second as the lower one.
+    std::map<std::string, std::string> getFigureLabels() const override;
     void getFigures(const std::map<std::string, std::vector<Zem::Point>>& points,
                     std::map<std::string, std::unique_ptr<Zem::Figure>>& figures,
                     std::shared_ptr<GraphDataHeader>& header) override;

@@ -10,6 +10,7 @@
 #include "results/graph/GraphDataHeader.h"
 #include "results/graph/GraphDataRecord.h"
 #include "results/graph/GraphDataTable.h"
+#include "core/tree/TreeLocalization.h"
 #include "results/graph/GraphManagerHelper.h"
 
 #include <cmath>
@@ -58,16 +59,23 @@ bool GraphZPhiManager::isPointValid(const Zem::Point& point) const
     return isInside && !isExcluded;
 }
 
+std::map<std::string, std::string> GraphZPhiManager::getFigureLabels() const
+{
+    return {{GraphManagerHelper::FigureKeyUp, lng::Tree::get("Graph.outerZoneBound")},
+            {GraphManagerHelper::FigureKeyDown, lng::Tree::get("Graph.innerZoneBound")}};
+}
+
 void GraphZPhiManager::getFigures(const std::map<std::string, std::vector<Zem::Point>>& points,
                                   std::map<std::string, std::unique_ptr<Zem::Figure>>& figures,
                                   std::shared_ptr<GraphDataHeader>& header)
 {
     header = _createHeaderRX();
     GraphManagerHelper::addCurveFigures(points, figures);
+    // The zones are judged as closed polygons, so they are drawn closed.
     GraphManagerHelper::addSettingFigure(figures, GraphManagerHelper::FigureKeyUp, _zsettingsFiguresUp,
-                                         _zsettingsFiguresUpColor, true);
+                                         _zsettingsFiguresUpColor, true, true);
     GraphManagerHelper::addSettingFigure(figures, GraphManagerHelper::FigureKeyDown, _zsettingsFiguresDown,
-                                         _zsettingsFiguresDownColor, true);
+                                         _zsettingsFiguresDownColor, true, true);
 }
 
 std::vector<std::shared_ptr<GraphDataTable>> GraphZPhiManager::getDataTables(const std::vector<Zem::Point>& points)

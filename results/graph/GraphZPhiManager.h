@@ -33,6 +33,8 @@ public:
 
     // The measured curves (blue markers) and both polygons (markers and lines) under the keys of
     // GraphManagerHelper; the header is that of the R-X plane.
+    // The first setting line is labelled as the outer bound of the zone, the second as the inner one.
+    std::map<std::string, std::string> getFigureLabels() const override;
     void getFigures(const std::map<std::string, std::vector<Zem::Point>>& points,
                     std::map<std::string, std::unique_ptr<Zem::Figure>>& figures,
                     std::shared_ptr<GraphDataHeader>& header) override;

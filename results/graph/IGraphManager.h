@@ -32,6 +32,9 @@ public:
     virtual void getFigures(const std::map<std::string, std::vector<Zem::Point>>& points,
                             std::map<std::string, std::unique_ptr<Zem::Figure>>& figures,
                             std::shared_ptr<GraphDataHeader>& header) = 0;
+    // What the legend shows for the figures whose keys are fixed names (the setting lines), by key, in the
+    // current language. Figures not named here show their keys.
+    virtual std::map<std::string, std::string> getFigureLabels() const { return {}; }
     // The judged tables of one curve; the first one decides the state of the curve.
     virtual std::vector<std::shared_ptr<GraphDataTable>> getDataTables(const std::vector<Zem::Point>& points) = 0;
     // Writes the manager's settings as attributes and children of its "Manager" element.

@@ -3,10 +3,14 @@
 // (this is how the picture of the README is made).
 
 #include "core/common/FiguresDrawManager.h"
+#include "core/common/PointsSequence.h"
 #include "core/tree/Measure.h"
 #include "core/tree/Measures.h"
+#include "core/tree/TreeLocalization.h"
 #include "results/graph/GraphDataHeader.h"
+#include "results/graph/GraphManagerHelper.h"
 #include "results/graph/GraphTimeManager.h"
+#include "results/graph/GraphZPhiManager.h"
 
 #include <algorithm>
 #include <cmath>
@@ -117,6 +121,60 @@ TEST(GraphRenderTest, TimeCharacteristicIsDrawnWhereItLies)
         drawer->saveToImage(target, figures, horizontal, vertical);
         EXPECT_LT(fs::file_size(target), 100u * 1024u);
     }
+}
+
+// A zone is judged as a closed polygon, so its picture shows the edge from the last corner back to the first.
+TEST(GraphRenderTest, ZonePolygonsAreDrawnClosed)
+{
+    ZemTree::GraphZPhiManager manager;
+    std::vector<PointF> outer{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+    std::vector<PointF> inner{{4, 4}, {6, 4}, {6, 6}};
+    manager.setSettingsFigures(outer, Zem::Color::Red(), inner, Zem::Color::Red());
+    std::map<std::string, std::unique_ptr<Zem::Figure>> figures;
+    std::shared_ptr<ZemTree::GraphDataHeader> header;
+    manager.getFigures({}, figures, header);
+
+    const Zem::FiguresImage image = Zem::FiguresDrawManager::getInstance()->renderToPixels(figures, "R", "X", 600, 600);
+    EXPECT_TRUE(anyNear(image, 5.0, 0.0, 2, isReddish)) << "the first edge";
+    EXPECT_TRUE(anyNear(image, 0.0, 5.0, 2, isReddish)) << "the closing edge of the outer zone";
+    EXPECT_TRUE(anyNear(image, 5.0, 5.0, 2, isReddish)) << "the closing edge of the inner zone";
+    EXPECT_FALSE(anyNear(image, 2.0, 7.0, 3, isReddish));
+
+    // The same corners as an open line keep their gap.
+    std::map<std::string, std::unique_ptr<Zem::Figure>> open;
+    open["line"] = std::make_unique<Zem::PointsSequence>(outer, Zem::Color::Red(), "", false, true);
+    const Zem::FiguresImage openImage =
+        Zem::FiguresDrawManager::getInstance()->renderToPixels(open, "R", "X", 600, 600);
+    EXPECT_TRUE(anyNear(openImage, 5.0, 0.0, 2, isReddish));
+    EXPECT_FALSE(anyNear(openImage, 0.0, 5.0, 2, isReddish));
+}
+
+// The two setting lines keep their fixed keys; the legend shows what each line is in the report's language.
+TEST(GraphRenderTest, SettingLinesAreLabelledInTheCurrentLanguage)
+{
+    ZemTree::GraphTimeManager time("I", ZemTree::Measures::Ampere(), nullptr);
+    ZemTree::GraphZPhiManager zone;
+    const struct {
+        const char* text;
+        const ZemTree::IGraphManager* manager;
+        int language;
+        const char* up;
+        const char* down;
+    } rows[] = {
+        {"time, English", &time, 0, "Upper tolerance limit", "Lower tolerance limit"},
+        {"time, Russian", &time, 1, "Верхняя граница допуска", "Нижняя граница допуска"},
+        {"zone, English", &zone, 0, "Outer bound of the zone", "Inner bound of the zone"},
+        {"zone, Russian", &zone, 1, "Внешняя граница зоны", "Внутренняя граница зоны"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        lng::language = row.language;
+        const std::map<std::string, std::string> labels = row.manager->getFigureLabels();
+        EXPECT_EQ((std::map<std::string, std::string>{{ZemTree::GraphManagerHelper::FigureKeyUp, row.up},
+                                                      {ZemTree::GraphManagerHelper::FigureKeyDown, row.down}}),
+                  labels);
+    }
+    lng::language = 0;
 }
 
 } // namespace
