@@ -3,6 +3,7 @@
 // Every header of the non-GUI model and its platform layer.
 
 #include "collections/CollectionIterator.h"
+#include "collections/CollectionTexts.h"
 #include "collections/IBaseCollection.h"
 #include "collections/ICollection.h"
 #include "collections/INotifyCollectionChanged.h"
@@ -32,7 +33,6 @@
 #include "containers/DefendContainer.h"
 #include "containers/DefendGroupContainer.h"
 #include "containers/DescriptorsContainer.h"
-#include "containers/HardwareContainerRootWatcher.h"
 #include "containers/HierarchicalCollectionContainer.h"
 #include "containers/HierarchicalContainer.h"
 #include "containers/IEmbeddedHardwareContainer.h"
@@ -115,6 +115,7 @@
 #include "core/tree/EnumLimiter.h"
 #include "core/tree/ExtendedTypeInfo.h"
 #include "core/tree/ExtendedTypeInfoTypeConverter.h"
+#include "core/tree/HardwareContainerRootWatcher.h"
 #include "core/tree/IActionEngineAPI.h"
 #include "core/tree/IActionEngineAPIContainer.h"
 #include "core/tree/IDataContainer.h"

@@ -2,7 +2,7 @@
 
 #include "collections/ICollection.h"
 #include "collections/INotifyCollectionChanged.h"
-#include "core/tree/TreeLocalization.h"
+#include "collections/CollectionTexts.h"
 
 #include <sigc++/trackable.h>
 
@@ -89,7 +89,7 @@ public:
         if (oldIndex >= _items.size() || index >= _items.size())
             throw std::out_of_range("NotifyCollection::move: index out of range");
         if (_isLocked)
-            throw std::logic_error(lng::Tree::get("error.ReadOnly"));
+            throw std::logic_error(CollectionTexts::readOnlyText());
         if (oldIndex == index)
             return;
         T item = _items[oldIndex];
@@ -145,7 +145,7 @@ protected:
     bool _isReleasing = false;
 
 private:
-    std::string _readOnlyError() const { return _isLocked ? std::string(lng::Tree::get("error.ReadOnly")) : std::string(); }
+    std::string _readOnlyError() const { return _isLocked ? CollectionTexts::readOnlyText() : std::string(); }
 
     void _removeAt(T& item, std::size_t index)
     {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "contacts/ContactCollection.h"
-#include "containers/HardwareContainerRootWatcher.h"
+#include "core/tree/HardwareContainerRootWatcher.h"
 #include "core/common/Out.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/EnumLimiter.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "contacts/Contact.h"
-#include "containers/HardwareContainerRootWatcher.h"
+#include "core/tree/HardwareContainerRootWatcher.h"
 #include "core/common/Out.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/IHardwareContainer.h"

@@ -211,6 +211,7 @@ inline const std::vector<SpecialFloatingWord>& specialFloatingWords()
     return words;
 }
 
+// The text form of a measure lives beside the measure (core/tree/MeasureTypeConverter.cpp).
 std::string measureToText(const ZemTree::Measure* measure);
 bool measureFromText(const std::string& text, ZemTree::Measure*& measure);
 

@@ -1,5 +1,6 @@
 #include "core/tree/MeasureTypeConverter.h"
 
+#include "core/common/ConvertionHelper.h"
 #include "core/tree/Measure.h"
 #include "core/tree/Measures.h"
 
@@ -18,3 +19,22 @@ Measure* MeasureTypeConverter::fromStringData(const std::string& text)
 }
 
 } // namespace ZemTree
+
+namespace Zem::ConvertionDetail {
+
+std::string measureToText(const ZemTree::Measure* measure)
+{
+    return ZemTree::MeasureTypeConverter::toStringData(measure);
+}
+
+bool measureFromText(const std::string& text, ZemTree::Measure*& measure)
+{
+    ZemTree::Measure* const found = ZemTree::MeasureTypeConverter::fromStringData(text);
+    // The empty text is the form of null; any other text must name a known measure.
+    if (!found && !text.empty())
+        return false;
+    measure = found;
+    return true;
+}
+
+} // namespace Zem::ConvertionDetail

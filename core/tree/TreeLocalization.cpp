@@ -1,5 +1,7 @@
 #include "core/tree/TreeLocalization.h"
 
+#include "collections/CollectionTexts.h"
+
 #include <cstring>
 
 namespace lng {
@@ -43,6 +45,10 @@ const Row rows[] = {
 };
 
 } // namespace
+
+// The collections below the tree speak through this table too.
+[[maybe_unused]] const bool collectionTextsInstalled =
+    (Zem::CollectionTexts::setReadOnlyTextSource([] { return Tree::get("error.ReadOnly"); }), true);
 
 const char* Tree::get(const std::string& key)
 {

@@ -99,8 +99,9 @@ void checkRoundTrip(const std::string& binding, const HardwareCase& hardwareCase
     const std::string savedBinding = textOf<UnitT>(holder->unit->getNativeData());
     const std::string savedOut = textOf<UnitT>(holder->unit->getValueOut().value);
     const Zem::ErrorPointer savedError = holder->unit->getError();
-    if (expectMissing)
+    if (expectMissing) {
         EXPECT_EQ(ZemTree::MissingElementError::getInstance(), savedError);
+    }
     files.save(*source, folder.file("first.xml"));
 
     std::unique_ptr<Node> loaded = files.load(folder.file("first.xml"));

@@ -102,8 +102,9 @@ TEST_F(CoreUnitsTest, NumberOutsideItsBoundsStaysButShowsTheRangeError)
         ASSERT_NE(nullptr, unit->getError());
         EXPECT_NE(nullptr, dynamic_cast<const ZemTree::OutOfRangeError*>(unit->getError().get()));
         EXPECT_NE(std::string::npos, std::string(unit->getError()->what()).find("[0; 10]"));
-        if (!row.isFormula)
+        if (!row.isFormula) {
             EXPECT_EQ(row.data, unit->getNativeData()) << "the number the user set stays";
+        }
     }
     unit->setIsFormulaSource(false);
     unit->setData(12.0);
@@ -154,8 +155,7 @@ TEST_F(CoreUnitsTest, SavedFormsReadBackAndBrokenOnesAreReported)
 TEST_F(CoreUnitsTest, ReportCarriesValueMeasureFormulaAndError)
 {
     ZemTree::Node root("Root");
-    NumericUnit* const current =
-        root.add(std::make_unique<NumericUnit>("Current", LocalString("Current"), LocalString::Empty(), 1.25,
+    root.add(std::make_unique<NumericUnit>("Current", LocalString("Current"), LocalString::Empty(), 1.25,
                                                ZemTree::Measures::Ampere()));
     NumericUnit* const computed = root.add(std::make_unique<NumericUnit>("Computed"));
     NumericUnit* const broken = root.add(std::make_unique<NumericUnit>("Broken"));

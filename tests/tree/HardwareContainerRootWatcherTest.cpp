@@ -1,6 +1,6 @@
-#include "containers/HardwareContainerRootWatcher.h"
+#include "core/tree/HardwareContainerRootWatcher.h"
 
-#include "ContactUnitsTestSupport.h"
+#include "contactunits/ContactUnitsTestSupport.h"
 #include "containers/UnitableStructureContainer.h"
 #include "core/device/HardwareManager.h"
 #include "core/tree/Node.h"

@@ -1,4 +1,4 @@
-#include "containers/HardwareContainerRootWatcher.h"
+#include "core/tree/HardwareContainerRootWatcher.h"
 
 #include <sigc++/functors/mem_fun.h>
 
