@@ -3,6 +3,8 @@
 #include "core/common/ConvertionHelper.h"
 #include "results/NumericAssessment.h"
 
+#include <cmath>
+
 namespace ZemTree {
 
 ResultNumeric::ResultNumeric() = default;
@@ -39,8 +41,8 @@ bool ResultNumeric::_extractMeasurmentData(const std::vector<std::string>& measu
     bool isFirst = true;
     for (const std::string& text : measurments) {
         double value = 0.0;
-        if (!Zem::tryConvert<double, true>(text, value)) {
-            // The first bad text ends everything and names the reason.
+        if (!Zem::tryConvert<double, true>(text, value) || !std::isfinite(value)) {
+            // The first bad text ends everything and names the reason; "inf" is no measurement either.
             _setState(ResultState::Error, text);
             return false;
         }

@@ -79,8 +79,13 @@ std::string localText(const std::string& english, const std::string& russian)
 
 std::string notFiniteText(const std::string& setting, double value)
 {
-    return localText("Setting ", "Уставка ") + setting + localText(" is not a finite number: ", " не является конечным числом: ")
-           + shortNumber(value);
+    return notFiniteText(setting, shortNumber(value));
+}
+
+std::string notFiniteText(const std::string& setting, const std::string& text)
+{
+    return localText("Setting ", "Уставка ") + setting
+           + localText(" is not a finite number: ", " не является конечным числом: ") + text;
 }
 
 std::string shortNumber(double value)
