@@ -3,6 +3,7 @@
 #include "containers/HierarchicalCollectionContainer.h"
 #include "containers/HierarchicalContainer.h"
 #include "containers/ProjectFile.h"
+#include "containers/SettingsContainer.h"
 #include "containers/TestCollectionContainer.h"
 #include "core/tree/IValueOut.h"
 #include "core/tree/NodeFactory.h"
@@ -15,6 +16,7 @@
 #include "relay/RelayLogic.h"
 #include "relay/SettingUnit.h"
 #include "relay/TripTimeTest.h"
+#include "values/Unit.h"
 
 #include <filesystem>
 #include <stdexcept>
@@ -151,6 +153,26 @@ std::vector<ZemTree::ITestContainer*> collectChosenTests(ZemTree::Node* root,
                 unmatched->push_back(pathFilters[i]);
     }
     return tests;
+}
+
+std::size_t overrideSetting(const std::vector<ZemTree::ITestContainer*>& tests, const std::string& name,
+                            double value)
+{
+    std::size_t count = 0;
+    for (ZemTree::ITestContainer* test : tests) {
+        const auto* example = dynamic_cast<const RelayTestBase*>(test);
+        if (example == nullptr || example->getSettings() == nullptr)
+            continue;
+        for (ZemTree::Node* child : *example->getSettings()) {
+            auto* setting = dynamic_cast<ZemTree::Unit<double>*>(child);
+            if (setting == nullptr || (child->getId() != name && child->getHierarchicalId() != name))
+                continue;
+            setting->setIsFormulaSource(false);
+            setting->setData(value);
+            ++count;
+        }
+    }
+    return count;
 }
 
 std::vector<std::string> findValueErrors(ZemTree::Node* root)

@@ -142,6 +142,20 @@ void runTests(const std::vector<ZemTree::ITestContainer*>& tests, ZemDemo::RunPr
     wasStopped = queue.isStoped();
 }
 
+// The --set values, before the settings are checked; a name that no chosen test has is an error of the command
+// line.
+bool applyOverrides(const std::vector<ZemTree::ITestContainer*>& tests, const ZemDemo::RunnerOptions& options)
+{
+    bool isApplied = true;
+    for (const auto& setting : options.settingOverrides) {
+        if (ZemDemo::overrideSetting(tests, setting.first, setting.second) == 0) {
+            printError("--set " + setting.first + ": no chosen test has such a setting");
+            isApplied = false;
+        }
+    }
+    return isApplied;
+}
+
 // "the run was stopped during <path>", or after it when the stop came between two tests.
 std::string stopText(ZemTree::ITestContainer* stoppedTest)
 {
@@ -203,6 +217,8 @@ int run(const ZemDemo::RunnerOptions& options)
     for (const std::string& filter : unmatched)
         printError("--test '" + filter + "' selects no chosen test");
     if (!unmatched.empty())
+        return exitError;
+    if (!applyOverrides(tests, options))
         return exitError;
     ZemDemo::attachRelay(root.get(), relay);
     // Each such test refuses to run; the user hears why before the run starts.
