@@ -155,8 +155,7 @@ std::vector<ZemTree::ITestContainer*> collectChosenTests(ZemTree::Node* root,
     return tests;
 }
 
-std::size_t overrideSetting(const std::vector<ZemTree::ITestContainer*>& tests, const std::string& name,
-                            double value)
+std::size_t overrideSetting(const std::vector<ZemTree::ITestContainer*>& tests, const std::string& name, double value)
 {
     std::size_t count = 0;
     for (ZemTree::ITestContainer* test : tests) {

@@ -76,8 +76,7 @@ std::vector<ZemTree::ITestContainer*> collectChosenTests(ZemTree::Node* root,
 // Gives the settings named by `name` the data `value`, with the data as their source: `name` is a setting's id, for
 // every test among `tests` that has such a setting, or a unit's path from the root (its hierarchical id). Returns
 // how many settings took the value.
-std::size_t overrideSetting(const std::vector<ZemTree::ITestContainer*>& tests, const std::string& name,
-                            double value);
+std::size_t overrideSetting(const std::vector<ZemTree::ITestContainer*>& tests, const std::string& name, double value);
 
 // Every unit below `root` whose value out carries an error: "<path of the unit>: <error text>", in tree order.
 std::vector<std::string> findValueErrors(ZemTree::Node* root);

@@ -86,7 +86,8 @@ void PickupTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string
     for (const auto& bound : {std::make_pair("RampStart", rampStart), std::make_pair("RampEnd", rampEnd)}) {
         if (!(bound.second >= 0.0 && bound.second <= MaxRampPercent))
             problems.push_back(localText("Setting ", "Уставка ") + bound.first + localText(" is ", " равна ")
-                               + shortNumber(bound.second) + localText(" %; the limits are 0 to ", " %; допустимо от 0 до ")
+                               + shortNumber(bound.second)
+                               + localText(" %; the limits are 0 to ", " %; допустимо от 0 до ")
                                + shortNumber(MaxRampPercent) + " %");
     }
     if (!problems.empty())
@@ -100,8 +101,9 @@ void PickupTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string
     const double steps = (rampEnd - rampStart) / step;
     if (!(steps <= MaxRampSteps))
         problems.push_back(localText("Setting Step is ", "Уставка Step равна ") + shortNumber(step)
-                           + localText(" %: the ramp would take ", " %: подъём занял бы ") + shortNumber(std::ceil(steps))
-                           + localText(" steps; the limit is ", " шагов; предел ") + shortNumber(MaxRampSteps)
+                           + localText(" %: the ramp would take ", " %: подъём занял бы ")
+                           + shortNumber(std::ceil(steps)) + localText(" steps; the limit is ", " шагов; предел ")
+                           + shortNumber(MaxRampSteps)
                            + localText(" steps, a Step of at least ", " шагов, Step не меньше ")
                            + shortNumber((rampEnd - rampStart) / MaxRampSteps) + " %");
 }

@@ -8,12 +8,11 @@
 #include "relay/DemoRelayCommon.h"
 #include "relay/SettingUnit.h"
 
-#include <signal.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <signal.h>
 #include <stdexcept>
 
 namespace ZemDemo {
@@ -153,8 +152,8 @@ void RelayTestBase::_setExtendedXml(xmlpp::Element* own, const ZemTree::Serializ
         if (!Zem::fromText(std::string(attribute->get_value()), notTested)) {
             // A count that cannot be read must not turn a cut-short run into a complete one.
             notTested = 1;
-            _onSerializationError(std::string(notTestedAttribute) + " is not a whole number: "
-                                      + std::string(attribute->get_value()),
+            _onSerializationError(std::string(notTestedAttribute)
+                                      + " is not a whole number: " + std::string(attribute->get_value()),
                                   mode);
         }
     }

@@ -5,8 +5,8 @@
 #include "core/tree/NodeFactory.h"
 #include "relay/DemoRelayCommon.h"
 
-#include <cmath>
 #include <cctype>
+#include <cmath>
 #include <stdexcept>
 
 namespace ZemDemo {

@@ -107,7 +107,8 @@ void TripTimeTest::_checkOwnSettings(const RelaySettings& relay, std::vector<std
                            + localText(" %; the limits are 0 to 100 %", " %; допустимо от 0 до 100 %"));
     if (!(absoluteTolerance >= 0.0 && absoluteTolerance <= MaxExpectedTime))
         problems.push_back(localText("Setting AbsoluteTolerance is ", "Уставка AbsoluteTolerance равна ")
-                           + shortNumber(absoluteTolerance) + localText(" s; the limits are 0 to ", " с; допустимо от 0 до ")
+                           + shortNumber(absoluteTolerance)
+                           + localText(" s; the limits are 0 to ", " с; допустимо от 0 до ")
                            + shortNumber(MaxExpectedTime) + localText(" s", " с"));
     for (const double multiple : _multiples) {
         const double expected = RelayLogic::curveTime(relay.curve, multiple, relay.timeMultiplier);

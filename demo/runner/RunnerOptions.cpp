@@ -79,8 +79,8 @@ std::string parseRunnerOptions(const std::vector<std::string>& arguments, Runner
             options.projectPath = arguments[++i];
             continue;
         }
-        static const char* const valued[] = {"--templates", "--test", "--seed",  "--curve", "--time-scale",
-                                             "--output",    "--report", "--xsl", "--lang",  "--check", "--set"};
+        static const char* const valued[] = {"--templates", "--test", "--seed", "--curve", "--time-scale", "--output",
+                                             "--report",    "--xsl",  "--lang", "--check", "--set"};
         bool isKnown = false;
         for (const char* known : valued)
             isKnown = isKnown || name == known;

@@ -9,10 +9,9 @@
 #include "relay/TripTimeTest.h"
 #include "values/Unit.h"
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <functional>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <limits>
 #include <memory>

@@ -245,8 +245,8 @@ TEST_F(ValueFormulaTest, ACycleOfAnyLengthIsAnErrorOfEachMember)
             SetUp();
             std::vector<FormulaNode*> members;
             for (std::size_t i = 0; i < length; ++i)
-                members.push_back(parameters->add(
-                    std::make_unique<FormulaNode>("F" + std::to_string(i), row.formulas[i])));
+                members.push_back(
+                    parameters->add(std::make_unique<FormulaNode>("F" + std::to_string(i), row.formulas[i])));
             auto* reader = parameters->add(std::make_unique<FormulaNode>("Reader", "{../F0} + 1"));
             for (std::size_t i = 0; i < length; ++i) {
                 FormulaNode* const member = members[(first + i) % length];
@@ -259,8 +259,7 @@ TEST_F(ValueFormulaTest, ACycleOfAnyLengthIsAnErrorOfEachMember)
 
             // The last member now reads a constant: the cycle is gone and every formula has a number again.
             parameters->remove(members.back());
-            auto* constant = parameters->add(
-                std::make_unique<FormulaNode>("F" + std::to_string(length - 1), "3"));
+            auto* constant = parameters->add(std::make_unique<FormulaNode>("F" + std::to_string(length - 1), "3"));
             members.back() = constant;
             for (FormulaNode* member : members) {
                 EXPECT_FALSE(member->getFormula().isOnCycle()) << member->getId();

@@ -6,7 +6,6 @@
 #include "results/ResultNumeric.h"
 
 #include <gtest/gtest.h>
-
 #include <limits>
 #include <memory>
 #include <string>
@@ -89,8 +88,9 @@ TEST(NonFiniteRefusalTest, ToleranceTextsWithInfiniteDeviationsAreRefused)
         const char* text;
         bool isRead;
     } rows[] = {
-        {"[-5;5]|[-0.1;0.1]", true}, {"|", true},          {"[]|", true},          {"[-inf;inf]|", false},
-        {"|[-1;inf]", false},        {"[-5;5]|[-inf;0]", false}, {"[-1e999;1]|", false},
+        {"[-5;5]|[-0.1;0.1]", true}, {"|", true},          {"[]|", true},
+        {"[-inf;inf]|", false},      {"|[-1;inf]", false}, {"[-5;5]|[-inf;0]", false},
+        {"[-1e999;1]|", false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.text);

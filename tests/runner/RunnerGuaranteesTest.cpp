@@ -1,33 +1,30 @@
 #include "RunnerProcess.h"
 #include "TemporaryFolder.h"
-
 #include "containers/ProjectFile.h"
 #include "containers/TestableContainer.h"
 #include "core/tree/Node.h"
 #include "relay/DemoRelay.h"
 
-#include <gtest/gtest.h>
-
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
 #include <regex>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 // The runner's promises, each driven through zemtree-run as a child process on a variant of the sample project:
 // no pass for what was not measured, no run that never ends, and messages that name what is wrong.
 
 namespace fs = std::filesystem;
-using ZemDemoTest::runRunner;
 using ZemDemoTest::RunnerOutcome;
+using ZemDemoTest::runRunner;
 
 namespace {
 
@@ -157,8 +154,8 @@ void expectNoPass(const RunRow& row)
     const std::string project = row.edit(readFile(folder.file("sample-project.xml")));
     folder.write("variant.xml", project);
 
-    std::vector<std::string> arguments{"variant.xml", "--output", "saved.xml", "--report", "report",
-                                       "--xsl", ZTR_REPORT_XSL};
+    std::vector<std::string> arguments{"variant.xml", "--output", "saved.xml",   "--report",
+                                       "report",      "--xsl",    ZTR_REPORT_XSL};
     arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
     const EnvironmentVariable hook("ZEMTREE_INTERRUPT_AFTER_POINTS", row.interruptAfter);
     const RunnerOutcome outcome = runRunner(arguments, folder.path());
@@ -196,46 +193,88 @@ void expectNoPass(const RunRow& row)
 TEST(RunnerGuaranteesTest, NothingPassesThatWasNotMeasuredAgainstFiniteSettings)
 {
     const RunRow rows[] = {
-        {"Ctrl-C after phase A of the pickup test", unchanged, {"--test", pickupPath}, "1", "",
-         std::string("the run was stopped during ") + pickupPath, "NotTestedPoints=\"2\" Stopped=\"true\"",
+        {"Ctrl-C after phase A of the pickup test",
+         unchanged,
+         {"--test", pickupPath},
+         "1",
+         "",
+         std::string("the run was stopped during ") + pickupPath,
+         "NotTestedPoints=\"2\" Stopped=\"true\"",
          "Stopped=\"true\""},
-        {"Ctrl-C after 2 of the 4 multiples", unchanged, {"--test", tripTimePath}, "2", "",
-         std::string("the run was stopped during ") + tripTimePath, "NotTestedPoints=\"2\" Stopped=\"true\"",
+        {"Ctrl-C after 2 of the 4 multiples",
+         unchanged,
+         {"--test", tripTimePath},
+         "2",
+         "",
+         std::string("the run was stopped during ") + tripTimePath,
+         "NotTestedPoints=\"2\" Stopped=\"true\"",
          "NotTestedPoints=\"2\""},
         {"zone steps 0.4 with seed 3",
          [](const std::string& text) { return withSetting(text, "Zone1", "Steps", "Data=\"0.4\""); },
-         {"--test", zonePath, "--seed", "3"}, "",
+         {"--test", zonePath, "--seed", "3"},
+         "",
          std::string("zemtree-run: refused: ") + zonePath + ": Setting Steps is 0.4; the limits are 1 to 20",
-         "unfinished: Zone 1 reach", "NotTestedPoints=\"6\"", "NotTestedPoints=\"6\""},
+         "unfinished: Zone 1 reach",
+         "NotTestedPoints=\"6\"",
+         "NotTestedPoints=\"6\""},
         {"zone steps negative",
          [](const std::string& text) { return withSetting(text, "Zone1", "Steps", "Data=\"-2\""); },
-         {"--test", zonePath}, "", "Setting Steps is -2; the limits are 1 to 20", "unfinished", "", ""},
+         {"--test", zonePath},
+         "",
+         "Setting Steps is -2; the limits are 1 to 20",
+         "unfinished",
+         "",
+         ""},
         {"zone steps nan by formula",
          [](const std::string& text) { return withSetting(text, "Zone1", "Steps", formulaAttributes("nan")); },
-         {"--test", zonePath}, "", "Setting Steps is not a finite number: nan", "unfinished", "", ""},
+         {"--test", zonePath},
+         "",
+         "Setting Steps is not a finite number: nan",
+         "unfinished",
+         "",
+         ""},
         {"tolerance 1/0 with seed 2",
          [](const std::string& text) { return withSetting(text, "Pickup", "Tolerance", formulaAttributes("1/0")); },
-         {"--test", pickupPath, "--seed", "2"}, "",
-         std::string("refused: ") + pickupPath + ": Setting Tolerance is not a finite number: inf", "unfinished",
-         "NotTestedPoints=\"3\"", "NotTestedPoints=\"3\""},
+         {"--test", pickupPath, "--seed", "2"},
+         "",
+         std::string("refused: ") + pickupPath + ": Setting Tolerance is not a finite number: inf",
+         "unfinished",
+         "NotTestedPoints=\"3\"",
+         "NotTestedPoints=\"3\""},
         {"tolerance 10^400",
-         [](const std::string& text) {
-             return withSetting(text, "Pickup", "Tolerance", formulaAttributes("10^400"));
-         },
-         {"--test", pickupPath, "--seed", "2"}, "", "Setting Tolerance is not a finite number: inf", "", "", ""},
+         [](const std::string& text) { return withSetting(text, "Pickup", "Tolerance", formulaAttributes("10^400")); },
+         {"--test", pickupPath, "--seed", "2"},
+         "",
+         "Setting Tolerance is not a finite number: inf",
+         "",
+         "",
+         ""},
         {"tolerance exp(1e10)",
          [](const std::string& text) {
              return withSetting(text, "Pickup", "Tolerance", formulaAttributes("exp(1e10)"));
          },
-         {"--test", pickupPath, "--seed", "2"}, "", "Setting Tolerance is not a finite number: inf", "", "", ""},
+         {"--test", pickupPath, "--seed", "2"},
+         "",
+         "Setting Tolerance is not a finite number: inf",
+         "",
+         "",
+         ""},
         // The reader refuses the value and the template's tolerance stands in, which finds seed 2's bad phase.
         {"tolerance inf as data with seed 2",
          [](const std::string& text) { return withSetting(text, "Pickup", "Tolerance", "Data=\"inf\""); },
-         {"--test", pickupPath, "--seed", "2"}, "", "Setting Tolerance is not a finite number: inf",
-         "FAILED: Pickup current", "", ""},
+         {"--test", pickupPath, "--seed", "2"},
+         "",
+         "Setting Tolerance is not a finite number: inf",
+         "FAILED: Pickup current",
+         "",
+         ""},
         {"tolerance -inf as data with seed 2",
          [](const std::string& text) { return withSetting(text, "Pickup", "Tolerance", "Data=\"-inf\""); },
-         {"--test", pickupPath, "--seed", "2"}, "", "Setting Tolerance is not a finite number: -inf", "FAILED", "",
+         {"--test", pickupPath, "--seed", "2"},
+         "",
+         "Setting Tolerance is not a finite number: -inf",
+         "FAILED",
+         "",
          ""},
         {"a cycle of three formulas",
          [](const std::string& text) {
@@ -243,8 +282,12 @@ TEST(RunnerGuaranteesTest, NothingPassesThatWasNotMeasuredAgainstFiniteSettings)
              edited = withSetting(edited, "Pickup", "Step", formulaAttributes("{../RampStart}/100"));
              return withSetting(edited, "Pickup", "RampStart", formulaAttributes("{../Tolerance}*10"));
          },
-         {"--test", pickupPath}, "", std::string("refused: ") + pickupPath + ": Setting Tolerance: Circular reference",
-         "unfinished", "", ""},
+         {"--test", pickupPath},
+         "",
+         std::string("refused: ") + pickupPath + ": Setting Tolerance: Circular reference",
+         "unfinished",
+         "",
+         ""},
     };
     for (const RunRow& row : rows)
         expectNoPass(row);
@@ -320,57 +363,107 @@ TEST(RunnerGuaranteesTest, MessagesNameWhatIsWrong)
     } rows[] = {
         {"--check names a formula error by the unit's path",
          [](const std::string& text) { return withSetting(text, "Pickup", "Step", formulaAttributes("12 + * 3")); },
-         {"--check", "variant.xml"}, 1,
-         std::string(pickupPath) + "/Settings/Step: Unexpected '*' at position 5\n", "1 problem(s)", false},
+         {"--check", "variant.xml"},
+         1,
+         std::string(pickupPath) + "/Settings/Step: Unexpected '*' at position 5\n",
+         "1 problem(s)",
+         false},
         {"--check names each unit of a cycle",
          [](const std::string& text) {
              std::string edited = withSetting(text, "Zone1", "Tolerance", formulaAttributes("{../Steps}"));
              return withSetting(edited, "Zone1", "Steps", formulaAttributes("{../Tolerance}"));
          },
-         {"--check", "variant.xml"}, 1, std::string(zonePath) + "/Settings/Steps: Circular reference",
-         "2 problem(s)", false},
+         {"--check", "variant.xml"},
+         1,
+         std::string(zonePath) + "/Settings/Steps: Circular reference",
+         "2 problem(s)",
+         false},
         {"--check passes the sample", unchanged, {"--check", "variant.xml"}, 0, "", "loads without problems", false},
-        {"a --test that ends inside a segment", unchanged,
-         {"variant.xml", "--test", "Substation/Collection/Overcurrent/Tests/Pick", "--output", "saved.xml"}, 2,
-         "zemtree-run: --test 'Substation/Collection/Overcurrent/Tests/Pick' selects no chosen test\n", "", false},
-        {"a --test of a whole protection", unchanged,
-         {"variant.xml", "--test", "Substation/Collection/Overcurrent", "--output", "saved.xml"}, 0, "",
-         "running 2 test(s)", true},
-        {"--test given twice", unchanged,
-         {"variant.xml", "--test", pickupPath, "--test", contactPath, "--output", "saved.xml"}, 0, "",
-         "running 2 test(s)", true},
-        {"--seed given twice", unchanged,
-         {"variant.xml", "--seed", "1", "--seed", "2", "--output", "saved.xml"}, 2,
-         "zemtree-run: the option --seed is given twice\n", "", false},
-        {"--new given twice", unchanged, {"--new", "--new", "--output", "saved.xml"}, 2,
-         "zemtree-run: the option --new is given twice\n", "", false},
+        {"a --test that ends inside a segment",
+         unchanged,
+         {"variant.xml", "--test", "Substation/Collection/Overcurrent/Tests/Pick", "--output", "saved.xml"},
+         2,
+         "zemtree-run: --test 'Substation/Collection/Overcurrent/Tests/Pick' selects no chosen test\n",
+         "",
+         false},
+        {"a --test of a whole protection",
+         unchanged,
+         {"variant.xml", "--test", "Substation/Collection/Overcurrent", "--output", "saved.xml"},
+         0,
+         "",
+         "running 2 test(s)",
+         true},
+        {"--test given twice",
+         unchanged,
+         {"variant.xml", "--test", pickupPath, "--test", contactPath, "--output", "saved.xml"},
+         0,
+         "",
+         "running 2 test(s)",
+         true},
+        {"--seed given twice",
+         unchanged,
+         {"variant.xml", "--seed", "1", "--seed", "2", "--output", "saved.xml"},
+         2,
+         "zemtree-run: the option --seed is given twice\n",
+         "",
+         false},
+        {"--new given twice",
+         unchanged,
+         {"--new", "--new", "--output", "saved.xml"},
+         2,
+         "zemtree-run: the option --new is given twice\n",
+         "",
+         false},
         {"Repetitions=nan as data",
          [](const std::string& text) { return withSetting(text, "Follower", "Repetitions", "Data=\"nan\""); },
-         {"--check", "variant.xml"}, 1, "Setting Repetitions is not a finite number: nan", "", false},
+         {"--check", "variant.xml"},
+         1,
+         "Setting Repetitions is not a finite number: nan",
+         "",
+         false},
         {"Repetitions=nan by formula",
-         [](const std::string& text) {
-             return withSetting(text, "Follower", "Repetitions", formulaAttributes("nan"));
-         },
-         {"variant.xml", "--test", contactPath, "--output", "saved.xml"}, 1,
+         [](const std::string& text) { return withSetting(text, "Follower", "Repetitions", formulaAttributes("nan")); },
+         {"variant.xml", "--test", contactPath, "--output", "saved.xml"},
+         1,
          std::string("zemtree-run: refused: ") + contactPath + ": Setting Repetitions is not a finite number: nan\n",
-         "unfinished: Follower contact", true},
-        {"--set Repetitions=nan", unchanged,
-         {"variant.xml", "--test", contactPath, "--set", "Repetitions=nan", "--output", "saved.xml"}, 2,
-         "zemtree-run: --set Repetitions=nan: the value is not a finite number\n", "", false},
-        {"--set of a setting no chosen test has", unchanged,
-         {"variant.xml", "--test", contactPath, "--set", "Steps=3", "--output", "saved.xml"}, 2,
-         "zemtree-run: --set Steps: no chosen test has such a setting\n", "", false},
-        {"--set given twice, by id and by path", unchanged,
+         "unfinished: Follower contact",
+         true},
+        {"--set Repetitions=nan",
+         unchanged,
+         {"variant.xml", "--test", contactPath, "--set", "Repetitions=nan", "--output", "saved.xml"},
+         2,
+         "zemtree-run: --set Repetitions=nan: the value is not a finite number\n",
+         "",
+         false},
+        {"--set of a setting no chosen test has",
+         unchanged,
+         {"variant.xml", "--test", contactPath, "--set", "Steps=3", "--output", "saved.xml"},
+         2,
+         "zemtree-run: --set Steps: no chosen test has such a setting\n",
+         "",
+         false},
+        {"--set given twice, by id and by path",
+         unchanged,
          {"variant.xml", "--test", contactPath, "--set", "Repetitions=1", "--set",
           std::string(contactPath) + "/Settings/Timeout=0.5", "--output", "saved.xml"},
-         0, "", "passed: Follower contact (ok 1, failed 0, not tested 0)", true},
-        {"--set beyond a limit is refused by the test", unchanged,
-         {"variant.xml", "--test", zonePath, "--set", "Steps=0.4", "--output", "saved.xml"}, 1,
+         0,
+         "",
+         "passed: Follower contact (ok 1, failed 0, not tested 0)",
+         true},
+        {"--set beyond a limit is refused by the test",
+         unchanged,
+         {"variant.xml", "--test", zonePath, "--set", "Steps=0.4", "--output", "saved.xml"},
+         1,
          std::string("zemtree-run: refused: ") + zonePath + ": Setting Steps is 0.4; the limits are 1 to 20\n",
-         "unfinished: Zone 1 reach", true},
-        {"state lines in Russian", unchanged,
-         {"variant.xml", "--test", pickupPath, "--lang", "ru", "--output", "saved.xml"}, 0, "",
-         "Фаза A: подъём от 0.900 А", true},
+         "unfinished: Zone 1 reach",
+         true},
+        {"state lines in Russian",
+         unchanged,
+         {"variant.xml", "--test", pickupPath, "--lang", "ru", "--output", "saved.xml"},
+         0,
+         "",
+         "Фаза A: подъём от 0.900 А",
+         true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.text);

@@ -2,9 +2,8 @@
 #include "core/tree/Node.h"
 #include "values/Unit.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,10 +26,10 @@ struct CycleTree {
         static const char* const ids[] = {"Tolerance", "Step", "RampStart"};
         static const char* const formulas[] = {"{../Step}*2", "{../RampStart}/100", "{../Tolerance}*10"};
         for (const char* id : ids)
-            units.push_back(settings->add(std::make_unique<NumberUnit>(id, ZemTree::LocalString::Empty(),
-                                                                       ZemTree::LocalString::Empty(), 1.0)));
-        reader = settings->add(std::make_unique<NumberUnit>("Reader", ZemTree::LocalString::Empty(),
-                                                            ZemTree::LocalString::Empty(), 1.0));
+            units.push_back(settings->add(
+                std::make_unique<NumberUnit>(id, ZemTree::LocalString::Empty(), ZemTree::LocalString::Empty(), 1.0)));
+        reader = settings->add(
+            std::make_unique<NumberUnit>("Reader", ZemTree::LocalString::Empty(), ZemTree::LocalString::Empty(), 1.0));
         // A view listening computes each value out the moment it changes, in the order the edits come.
         if (isWatched)
             for (NumberUnit* unit : units)
