@@ -67,6 +67,13 @@ void RelayTestBase::forceStopExecute()
     _stopCondition.notify_all();
 }
 
+void RelayTestBase::clearResults()
+{
+    _notTestedPoints = 0;
+    _wasStopped = false;
+    TestContainer::clearResults();
+}
+
 void RelayTestBase::startExecute()
 {
     if (_worker.joinable())

@@ -43,6 +43,8 @@ public:
 
     // Asks the test's thread to end; a test that is not running ignores it.
     void forceStopExecute() override;
+    // Also forgets the points an earlier run left unmeasured: with no result at all there is nothing to complete.
+    void clearResults() override;
 
     // What keeps the test from running with its present settings, one line per fault naming the setting and its
     // limit: a value in error, a number that is not finite, a ramp with too many steps, a wait too long. The same

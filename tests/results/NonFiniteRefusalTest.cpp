@@ -53,8 +53,8 @@ TEST(NonFiniteRefusalTest, AssessmentPassesNothingThatIsNotFinite)
     }
 }
 
-// Measured texts that are no finite number are refused like any text that is no number: state Error, with the
-// text as the reason, whatever the tolerance.
+// Measured texts that are infinite are refused like any text that is no number: state Error, with the text as the
+// reason, whatever the tolerance.
 TEST(NonFiniteRefusalTest, MeasuredTextsThatAreNotFiniteAreErrors)
 {
     const auto generous = std::make_shared<ZemTree::NumericSettingAssessment>(
@@ -68,7 +68,8 @@ TEST(NonFiniteRefusalTest, MeasuredTextsThatAreNotFiniteAreErrors)
         {{"inf"}, ResultState::Error, "inf"},
         {{"1.0", "-inf"}, ResultState::Error, "-inf"},
         {{"1e999"}, ResultState::Error, "1e999"},
-        {{"nan", "1.0"}, ResultState::Error, "nan"},
+        // Not a number is measured and fails its assessment.
+        {{"nan", "1.0"}, ResultState::NotOk, ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.texts.front());
