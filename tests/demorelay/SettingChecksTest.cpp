@@ -6,7 +6,6 @@
 #include "evaluation/ITestContainer.h"
 #include "relay/DemoRelay.h"
 #include "relay/RelayTestBase.h"
-#include "relay/TripTimeTest.h"
 #include "values/Unit.h"
 
 #include <fstream>
@@ -55,8 +54,9 @@ std::function<void(ZemTree::Node*)> formula(const char* test, const char* settin
 
 } // namespace
 
-// Every setting that would hang a run, pass on a false reach or feed an assessment something that is no finite
-// number is refused by name and limit; the sample's own settings and sound edits pass.
+// The limits of each example test's settings, at and beyond their edges, and the one text of a number that is not
+// finite whether data or a formula gave it; the sample's own settings and sound edits pass. The runner's tables
+// drive the settings that would hang a run or pass falsely end to end.
 TEST(SettingChecksTest, RefusesSettingsThatWouldHangOrPassFalselyByNameAndLimit)
 {
     const double inf = std::numeric_limits<double>::infinity();
@@ -70,39 +70,17 @@ TEST(SettingChecksTest, RefusesSettingsThatWouldHangOrPassFalselyByNameAndLimit)
     } rows[] = {
         {"sample", [](ZemTree::Node*) {}, pickupPath, ""},
         {"fine step", data(pickupPath, "Step", 0.01), pickupPath, ""},
-        {"step 1e-9", data(pickupPath, "Step", 1e-9), pickupPath,
-         "Setting Step is 1e-09 %: the ramp would take 3e+10 steps; the limit is 10000 steps"},
-        {"step 1e-300 by formula", formula(pickupPath, "Step", "1e-300"), pickupPath,
-         "Setting Step is 1e-300 %: the ramp would take"},
         {"zero step", data(pickupPath, "Step", 0.0), pickupPath, "Setting Step is 0 %; it must be above 0 %"},
-        {"ramp start -1e308", data(pickupPath, "RampStart", -1e308), pickupPath,
-         "Setting RampStart is -1e+308 %; the limits are 0 to 1000 %"},
         {"ramp end below start", data(pickupPath, "RampEnd", 80.0), pickupPath,
          "Setting RampEnd is 80 %; it must be above RampStart, 90 %"},
-        {"tolerance 1/0", formula(pickupPath, "Tolerance", "1/0"), pickupPath,
-         "Setting Tolerance is not a finite number: inf"},
-        {"tolerance 10^400", formula(pickupPath, "Tolerance", "10^400"), pickupPath,
-         "Setting Tolerance is not a finite number: inf"},
-        {"tolerance exp(1e10)", formula(pickupPath, "Tolerance", "exp(1e10)"), pickupPath,
-         "Setting Tolerance is not a finite number: inf"},
         {"tolerance -inf data", data(pickupPath, "Tolerance", -inf), pickupPath,
          "Setting Tolerance is not a finite number: -inf"},
         {"tolerance negative", data(pickupPath, "Tolerance", -1.0), pickupPath,
          "Setting Tolerance is -1 %; the limits are 0 to 100 %"},
         {"broken formula", formula(pickupPath, "Step", "2 * * 3"), pickupPath, "Setting Step: Unexpected '*'"},
-        {"multiple 1.0000001",
-         [](ZemTree::Node* root) {
-             dynamic_cast<TripTimeTest*>(nodeAt(root, tripTimePath))->setMultiples({2.0, 1.0000001});
-         },
-         tripTimePath, "Setting Multiples: 1.0000001 x pickup expects a trip after 7"},
         {"absolute tolerance nan", data(tripTimePath, "AbsoluteTolerance", nan), tripTimePath,
          "Setting AbsoluteTolerance is not a finite number: nan"},
-        {"zone steps 0.4", data(zonePath, "Steps", 0.4), zonePath, "Setting Steps is 0.4; the limits are 1 to 20"},
-        {"zone steps -3", data(zonePath, "Steps", -3.0), zonePath, "Setting Steps is -3; the limits are 1 to 20"},
-        {"zone steps nan", data(zonePath, "Steps", nan), zonePath, "Setting Steps is not a finite number: nan"},
         {"zone steps 1", data(zonePath, "Steps", 1.0), zonePath, ""},
-        {"repetitions nan", data(contactPath, "Repetitions", nan), contactPath,
-         "Setting Repetitions is not a finite number: nan"},
         {"repetitions 0", data(contactPath, "Repetitions", 0.0), contactPath,
          "Setting Repetitions is 0; the limits are 1 to 100"},
         {"time-out 100 s", data(contactPath, "Timeout", 100.0), contactPath,

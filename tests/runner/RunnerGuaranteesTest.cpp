@@ -421,6 +421,9 @@ TEST(RunnerGuaranteesTest, MessagesNameWhatIsWrong)
          "Setting Repetitions is not a finite number: nan",
          "",
          false},
+        {"a setting beyond double's range reads as not finite",
+         [](const std::string& text) { return withSetting(text, "Pickup", "Tolerance", "Data=\"1e999\""); },
+         {"--check", "variant.xml"}, 1, "Setting Tolerance is not a finite number: 1e999", "", false},
         {"Repetitions=nan by formula",
          [](const std::string& text) { return withSetting(text, "Follower", "Repetitions", formulaAttributes("nan")); },
          {"variant.xml", "--test", contactPath, "--output", "saved.xml"},
@@ -470,7 +473,11 @@ TEST(RunnerGuaranteesTest, MessagesNameWhatIsWrong)
         TempFolder folder;
         ZemDemo::writeSampleFiles(folder.path());
         folder.write("variant.xml", row.edit(readFile(folder.file("sample-project.xml"))));
-        const RunnerOutcome outcome = runRunner(row.arguments, folder.path());
+        std::vector<std::string> arguments = row.arguments;
+        // A run that saves reports too; a refused command line writes neither.
+        if (arguments.front() != "--check")
+            arguments.insert(arguments.end(), {"--report", "report", "--xsl", ZTR_REPORT_XSL});
+        const RunnerOutcome outcome = runRunner(arguments, folder.path());
         EXPECT_EQ(row.exitCode, outcome.exitCode) << outcome.out << outcome.err;
         if (row.errLine.empty())
             EXPECT_EQ("", outcome.err);
@@ -478,6 +485,7 @@ TEST(RunnerGuaranteesTest, MessagesNameWhatIsWrong)
             EXPECT_NE(std::string::npos, outcome.err.find(row.errLine)) << outcome.err;
         EXPECT_NE(std::string::npos, outcome.out.find(row.outText)) << outcome.out;
         EXPECT_EQ(row.isSaved, fs::exists(folder.file("saved.xml")));
+        EXPECT_EQ(row.isSaved, fs::exists(folder.file("report/report.xml")));
     }
 }
 
