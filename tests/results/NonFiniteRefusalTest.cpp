@@ -1,5 +1,6 @@
 #include "core/tree/Deviation.h"
 #include "core/tree/RangeStructure.h"
+#include "core/tree/ToleranceItem.h"
 #include "core/tree/ToleranceReduced.h"
 #include "core/tree/ToleranceReducedTypeConverter.h"
 #include "results/NumericSettingAssessment.h"
@@ -95,6 +96,8 @@ TEST(NonFiniteRefusalTest, ToleranceTextsWithInfiniteDeviationsAreRefused)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.text);
+        // The same text as the deviation part of a tolerance item, whose argument range may well be unbounded.
+        EXPECT_EQ(row.isRead, ZemTree::ToleranceItem::tryParse(std::string("[0;inf]:") + row.text) != nullptr);
         ToleranceReduced read(RangeStructure::Standart(-7, 7), RangeStructure::Standart(-7, 7));
         const ToleranceReduced before = read;
         EXPECT_EQ(row.isRead, ZemTree::ToleranceReducedTypeConverter::fromStringData(row.text, read));
