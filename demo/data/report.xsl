@@ -44,6 +44,7 @@
       <xsl:when test="$key = 'elapsed'"><xsl:if test="$ru">длительность</xsl:if><xsl:if test="not($ru)">took</xsl:if></xsl:when>
       <xsl:when test="$key = 'notRun'"><xsl:if test="$ru">не запускалась</xsl:if><xsl:if test="not($ru)">not run</xsl:if></xsl:when>
       <xsl:when test="$key = 'stoppedDuring'"><xsl:if test="$ru">Испытание остановлено во время проверки</xsl:if><xsl:if test="not($ru)">The run was stopped during the test</xsl:if></xsl:when>
+      <xsl:when test="$key = 'stoppedAfter'"><xsl:if test="$ru">Испытание остановлено после проверки</xsl:if><xsl:if test="not($ru)">The run was stopped after the test</xsl:if></xsl:when>
       <xsl:when test="$key = 'notTestedPoints'"><xsl:if test="$ru">точек не проверено</xsl:if><xsl:if test="not($ru)">points not tested</xsl:if></xsl:when>
       <xsl:when test="$key = 'noResult'"><xsl:if test="$ru">нет результата</xsl:if><xsl:if test="not($ru)">no result</xsl:if></xsl:when>
       <xsl:when test="$key = 'Settings'"><xsl:if test="$ru">Уставки</xsl:if><xsl:if test="not($ru)">Settings</xsl:if></xsl:when>
@@ -220,6 +221,14 @@
                 <xsl:value-of select="concat(': ', @NotTestedPoints, ' ')"/>
                 <xsl:call-template name="text"><xsl:with-param name="key" select="'notTestedPoints'"/></xsl:call-template>
               </xsl:if>
+              <xsl:text>.</xsl:text>
+            </p>
+          </xsl:for-each>
+          <xsl:for-each select="//Node[@DataType = 'TestContainer'][@StoppedAfter = 'true']">
+            <p class="stopped">
+              <xsl:call-template name="text"><xsl:with-param name="key" select="'stoppedAfter'"/></xsl:call-template>
+              <xsl:text> </xsl:text>
+              <a href="#{generate-id()}"><xsl:call-template name="name"/></a>
               <xsl:text>.</xsl:text>
             </p>
           </xsl:for-each>

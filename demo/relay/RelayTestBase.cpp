@@ -60,8 +60,12 @@ void RelayTestBase::forceStopExecute()
 {
     {
         const std::lock_guard<std::mutex> lock(_mutex);
-        if (!isRunning())
+        if (!isRunning()) {
+            // The queue's stop came between this test and the next: the report says the run ended here.
+            if (getFinishTime().time_since_epoch().count() > 0)
+                _wasStoppedAfterRun = true;
             return;
+        }
         _isStopRequestedFlag = true;
     }
     _stopCondition.notify_all();
@@ -71,6 +75,7 @@ void RelayTestBase::clearResults()
 {
     _notTestedPoints = 0;
     _wasStopped = false;
+    _wasStoppedAfterRun = false;
     TestContainer::clearResults();
 }
 
@@ -83,6 +88,7 @@ void RelayTestBase::startExecute()
         _isStopRequestedFlag = false;
     }
     _wasStopped = false;
+    _wasStoppedAfterRun = false;
     _refusal.clear();
     _plannedPoints = _getPlannedPoints();
     _notTestedPoints = _plannedPoints;
@@ -136,8 +142,10 @@ void RelayTestBase::_onPointMeasured()
 void RelayTestBase::_setMeasuredPoints(std::size_t measured)
 {
     _notTestedPoints = measured >= _plannedPoints ? 0u : static_cast<unsigned>(_plannedPoints - measured);
-    if (_isStopRequested() && _notTestedPoints > 0)
-        _wasStopped = true;
+    if (_isStopRequested()) {
+        _wasStopped = _notTestedPoints > 0;
+        _wasStoppedAfterRun = _notTestedPoints == 0;
+    }
 }
 
 ZemTree::TestCounters RelayTestBase::_checkCounters() const
@@ -191,6 +199,8 @@ xmlpp::Element* RelayTestBase::_getDisplayXmlCurrent(ZemTree::DisplayXmlParamete
         element->set_attribute(notTestedAttribute, std::to_string(_notTestedPoints.load()));
     if (_wasStopped.load())
         element->set_attribute(stoppedAttribute, "true");
+    if (_wasStoppedAfterRun.load())
+        element->set_attribute("StoppedAfter", "true");
     return element;
 }
 

@@ -57,6 +57,9 @@ public:
     unsigned getNotTestedPoints() const { return _notTestedPoints.load(); }
     // True when the last run was cut short by a stop.
     bool wasStopped() const { return _wasStopped.load(); }
+    // True when a stop of the run reached this test after it had measured every point: the run ended here, but
+    // nothing of this test is missing.
+    bool wasStoppedAfterRun() const { return _wasStoppedAfterRun.load(); }
 
 protected:
     // Runs on the queue's worker: reads the settings and empties the results, then starts the test's thread.
@@ -112,6 +115,7 @@ private:
     unsigned _plannedPoints = 0;
     std::atomic<unsigned> _notTestedPoints{0};
     std::atomic<bool> _wasStopped{false};
+    std::atomic<bool> _wasStoppedAfterRun{false};
     std::thread _worker;
     // Guards the stop flag; the condition wakes every wait of the test's thread.
     mutable std::mutex _mutex;

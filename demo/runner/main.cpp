@@ -162,7 +162,7 @@ std::string stopText(ZemTree::ITestContainer* stoppedTest)
     if (node == nullptr)
         return "the run was stopped before its first test";
     const auto* example = dynamic_cast<const ZemDemo::RelayTestBase*>(stoppedTest);
-    const bool isCut = example == nullptr || example->wasStopped();
+    const bool isCut = example == nullptr || !example->wasStoppedAfterRun();
     return std::string("the run was stopped ") + (isCut ? "during " : "after ") + node->getHierarchicalId();
 }
 

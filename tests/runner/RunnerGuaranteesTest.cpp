@@ -493,6 +493,34 @@ TEST(RunnerGuaranteesTest, MessagesNameWhatIsWrong)
     }
 }
 
+// A stop that reaches a test after its last point leaves that test passed, but the run is still a stopped one:
+// exit 1, and the output and the report say after which test it ended.
+TEST(RunnerGuaranteesTest, StopBetweenTestsSaysWhereTheRunEnded)
+{
+    TempFolder folder;
+    ZemDemo::writeSampleFiles(folder.path());
+    // The pickup test measures three phases: the stop comes with its last one, before the trip time test.
+    const EnvironmentVariable hook("ZEMTREE_INTERRUPT_AFTER_POINTS", "3");
+    const RunnerOutcome outcome = runRunner({"sample-project.xml", "--test", pickupPath, "--test", tripTimePath,
+                                             "--output", "saved.xml", "--report", "report", "--xsl", ZTR_REPORT_XSL},
+                                            folder.path());
+    EXPECT_EQ(1, outcome.exitCode) << outcome.out << outcome.err;
+    EXPECT_EQ("", outcome.err);
+    EXPECT_NE(std::string::npos, outcome.out.find("passed: Pickup current")) << outcome.out;
+    EXPECT_NE(std::string::npos,
+              outcome.out.find("not run 1 of 2 test(s); the run was stopped after " + std::string(pickupPath)))
+        << outcome.out;
+    // The pickup test lost nothing; the trip time test never began.
+    const std::string saved = readFile(folder.file("saved.xml"));
+    EXPECT_EQ(std::string::npos, saved.find("NotTestedPoints"));
+    EXPECT_EQ(std::string::npos, saved.find("Stopped=\"true\""));
+    EXPECT_NE(std::string::npos, readFile(folder.file("report/report.xml")).find("StoppedAfter=\"true\""));
+    if (hasXsltproc()) {
+        const std::string html = readFile(folder.file("report/report.html"));
+        EXPECT_TRUE(std::regex_search(html, std::regex("The run was stopped after the test <a [^>]*>Pickup current")));
+    }
+}
+
 // The HTML report of a project with 5,000 tests: counting the verdicts takes no recursion as deep as the tests
 // are many.
 TEST(RunnerGuaranteesTest, ReportOfFiveThousandTestsRenders)
