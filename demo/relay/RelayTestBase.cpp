@@ -8,11 +8,12 @@
 #include "relay/DemoRelayCommon.h"
 #include "relay/SettingUnit.h"
 
+#include <signal.h>
+
 #include <cmath>
 #include <cstdlib>
 #include <exception>
 #include <memory>
-#include <signal.h>
 #include <stdexcept>
 
 namespace ZemDemo {

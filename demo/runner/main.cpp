@@ -2,18 +2,20 @@
 // through the test queue with a live progress display, saves the project and writes its report as XML, pictures
 // and HTML. `zemtree-run --help` tells the options and the exit codes.
 
-#include "containers/ProjectFile.h"
-#include "containers/TestableContainer.h"
-#include "core/tree/Node.h"
-#include "core/tree/TreeLocalization.h"
-#include "evaluation/ITestContainer.h"
-#include "evaluation/TestQueueEvaluator.h"
 #include "relay/DemoRelay.h"
 #include "relay/RelayTestBase.h"
 #include "runner/HtmlReport.h"
 #include "runner/InterruptFlag.h"
 #include "runner/RunProgress.h"
 #include "runner/RunnerOptions.h"
+#include "containers/ProjectFile.h"
+#include "containers/TestableContainer.h"
+#include "core/tree/Node.h"
+#include "core/tree/TreeLocalization.h"
+#include "evaluation/ITestContainer.h"
+#include "evaluation/TestQueueEvaluator.h"
+
+#include <unistd.h>
 
 #include <chrono>
 #include <exception>
@@ -22,7 +24,6 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;

@@ -1,4 +1,3 @@
-#include "core/formula/ValueFormula.h"
 #include "core/tree/Node.h"
 #include "values/Unit.h"
 
