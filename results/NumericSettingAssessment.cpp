@@ -3,10 +3,21 @@
 #include "core/common/ConvertionHelper.h"
 #include "core/common/NumericHelper.h"
 #include "core/tree/Deviation.h"
+#include "core/tree/RangeStructure.h"
 
 #include <cmath>
 
 namespace ZemTree {
+
+namespace {
+
+// A tolerance that is not finite is refused: it admits nothing rather than everything.
+bool admits(const RangeStructure& range, double deviation)
+{
+    return std::isfinite(range.getLow()) && std::isfinite(range.getHigh()) && range.contains(deviation);
+}
+
+} // namespace
 
 NumericSettingAssessment::NumericSettingAssessment(double setting, std::shared_ptr<ToleranceReduced> tolerance)
     : _setting(setting), _tolerance(std::move(tolerance))
@@ -27,11 +38,14 @@ bool NumericSettingAssessment::isValidMeasurment(double measurment, Deviation& d
         absolute = measurment - _setting;
     deviation = Deviation(relative, absolute);
 
+    // A measurement or a setting that is not finite passes no tolerance.
+    if (!std::isfinite(measurment) || !std::isfinite(_setting))
+        return false;
     // The rounded percentage is what is compared, so 5.004 % passes a range that ends at 5 %.
-    if (relative.hasValue() && _tolerance->relative().getValue().contains(relative.getValue()))
+    if (relative.hasValue() && admits(_tolerance->relative().getValue(), relative.getValue()))
         return true;
     if (absolute.hasValue())
-        return _tolerance->absolute().getValue().contains(absolute.getValue());
+        return admits(_tolerance->absolute().getValue(), absolute.getValue());
     return false;
 }
 

@@ -3,6 +3,8 @@
 #include "core/common/ConvertionHelper.h"
 #include "results/NumericAssessment.h"
 
+#include <cmath>
+
 namespace ZemTree {
 
 ResultNumeric::ResultNumeric() = default;
@@ -39,8 +41,9 @@ bool ResultNumeric::_extractMeasurmentData(const std::vector<std::string>& measu
     bool isFirst = true;
     for (const std::string& text : measurments) {
         double value = 0.0;
-        if (!Zem::tryConvert<double, true>(text, value)) {
-            // The first bad text ends everything and names the reason.
+        if (!Zem::tryConvert<double, true>(text, value) || std::isinf(value)) {
+            // The first bad text ends everything and names the reason; "inf" is no measurement either. Not a
+            // number is left to the assessment, which fails it.
             _setState(ResultState::Error, text);
             return false;
         }

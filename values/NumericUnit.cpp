@@ -7,6 +7,7 @@
 #include "core/tree/TreeLocalization.h"
 #include "core/tree/ValueErrors.h"
 
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <stdexcept>
@@ -103,15 +104,32 @@ std::unique_ptr<Zem::Out<double>> NumericUnit::_coerceValueOut(std::unique_ptr<Z
     return out;
 }
 
+// A number that is not finite ("inf", "nan", or "1e999" beyond the range of a double) is refused with one text,
+// as nothing judged against it could pass or fail honestly.
 double NumericUnit::_createDataFromXml(xmlpp::Element* element) const
 {
     const xmlpp::Attribute* const data = element->get_attribute(dataAttribute);
     if (data == nullptr)
         throw std::runtime_error("Setting " + getId() + " has no Data");
+    const std::string text = data->get_value();
     double value = 0.0;
-    if (!Zem::fromText(std::string(data->get_value()), value))
-        throw std::runtime_error("Setting " + getId() + " is not a number: " + std::string(data->get_value()));
-    return value;
+    if (Zem::fromText(text, value) && std::isfinite(value))
+        return value;
+    if (_looksLikeNumber(text))
+        throw std::runtime_error("Setting " + getId() + " is not a finite number: " + text);
+    throw std::runtime_error("Setting " + getId() + " is not a number: " + text);
+}
+
+bool NumericUnit::_looksLikeNumber(const std::string& text)
+{
+    std::string lower;
+    for (const char c : text)
+        lower += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    const std::string magnitude = !lower.empty() && (lower[0] == '-' || lower[0] == '+') ? lower.substr(1) : lower;
+    if (magnitude == "inf" || magnitude == "infinity" || magnitude == "nan")
+        return true;
+    return magnitude.find_first_not_of("0123456789.e+-") == std::string::npos
+           && magnitude.find_first_of("0123456789") != std::string::npos;
 }
 
 void NumericUnit::_getDataXml(const double& data, xmlpp::Element* element) const

@@ -58,6 +58,9 @@ protected:
     void _getDisplayXmlCurrentValue(DisplayXmlParameters& parameters, xmlpp::Element* element) const override;
 
 private:
+    // Whether `text` is written as a number, whatever its size: "1e999", "-inf", "nan".
+    static bool _looksLikeNumber(const std::string& text);
+
     std::unique_ptr<MeasureProperty> _measure;
     Zem::Nullable<double> _minimum;
     Zem::Nullable<double> _maximum;

@@ -135,6 +135,11 @@ public:
 
     const Zem::ErrorPointer& getError() const override { return getValueOut().error; }
 
+    const ValueFormula* getActiveFormula() const override
+    {
+        return getIsFormulaSource() ? _formulaEvaluator.get() : nullptr;
+    }
+
     // The value out, computed now if nothing is cached. A value whose formula leads back to itself while it is
     // being computed sees a default with DataConvertionError instead of recursing.
     const Zem::Out<T>& getValueOut() const

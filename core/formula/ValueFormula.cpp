@@ -8,6 +8,7 @@
 #include "core/tree/ValueErrors.h"
 
 #include <algorithm>
+#include <set>
 #include <stdexcept>
 #include <utility>
 
@@ -104,6 +105,11 @@ const Zem::Out<std::shared_ptr<Formula::ValueExpression>>& ValueFormula::getValu
     if (_isCalculating)
         return circularOut();
     _ensureResolved();
+    // Caught before any reading, so that no member of a cycle computes a number from another's half-done state.
+    if (isOnCycle()) {
+        _valueOut = std::make_unique<Zem::Out<std::shared_ptr<Formula::ValueExpression>>>(circularOut());
+        return *_valueOut;
+    }
 
     Zem::Out<std::shared_ptr<Formula::ValueExpression>> out;
     {
@@ -115,6 +121,30 @@ const Zem::Out<std::shared_ptr<Formula::ValueExpression>>& ValueFormula::getValu
         out.value = Formula::ValueExpression::number(0.0);
     _valueOut = std::make_unique<Zem::Out<std::shared_ptr<Formula::ValueExpression>>>(std::move(out));
     return *_valueOut;
+}
+
+bool ValueFormula::isOnCycle() const
+{
+    if (_context == nullptr)
+        return false;
+    // A walk over the graph of formulas through their present targets; each formula is entered once.
+    std::set<const ValueFormula*> visited{this};
+    std::vector<const ValueFormula*> pending{this};
+    while (!pending.empty()) {
+        const ValueFormula* const formula = pending.back();
+        pending.pop_back();
+        for (Node* target : formula->getTargets()) {
+            if (target == nullptr)
+                continue;
+            if (target == _context)
+                return true;
+            const auto* value = dynamic_cast<const IValueOut*>(target);
+            const ValueFormula* const next = value != nullptr ? value->getActiveFormula() : nullptr;
+            if (next != nullptr && visited.insert(next).second)
+                pending.push_back(next);
+        }
+    }
+    return false;
 }
 
 std::shared_ptr<Formula::ValueExpression> ValueFormula::_resolveReference(const std::string& reference) const

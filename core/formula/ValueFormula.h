@@ -46,6 +46,9 @@ public:
     // order.
     const std::vector<std::string>& getReferences() const;
     std::vector<Node*> getTargets() const;
+    // True when following the active formulas of the nodes this formula reads leads back to its own node: every
+    // formula on such a cycle reports the cycle error, whichever of them is read first.
+    bool isOnCycle() const;
 
 private:
     void _resolve();

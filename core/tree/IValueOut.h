@@ -9,6 +9,8 @@
 
 namespace ZemTree {
 
+class ValueFormula;
+
 // The reading side of anything that has a value out, whatever its type.
 class IValueOut {
 public:
@@ -17,6 +19,8 @@ public:
     virtual std::shared_ptr<IDataContainer> getValueObject() const = 0;
     // The error of the current value out; null when the value is good.
     virtual const Zem::ErrorPointer& getError() const = 0;
+    // The formula that gives the value out now; null when data gives it. Formulas follow it to find cycles.
+    virtual const ValueFormula* getActiveFormula() const { return nullptr; }
 
     sigc::signal<void>& getSignalValueOutChanged() { return signalValueOutChanged; }
 

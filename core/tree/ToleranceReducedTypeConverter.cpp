@@ -2,6 +2,7 @@
 
 #include "core/tree/ToleranceReduced.h"
 
+#include <cmath>
 #include <sstream>
 
 namespace ZemTree {
@@ -25,6 +26,9 @@ bool parseRange(const std::string& text, Zem::Nullable<RangeStructure>& range)
     }
     RangeStructure read;
     if (!RangeStructure::tryParse(text, read))
+        return false;
+    // A deviation range without bounds would admit every measurement.
+    if (!read.isEmpty() && !(std::isfinite(read.getLow()) && std::isfinite(read.getHigh())))
         return false;
     range = read;
     return true;

@@ -43,6 +43,9 @@
       <xsl:when test="$key = 'ended'"><xsl:if test="$ru">конец</xsl:if><xsl:if test="not($ru)">ended</xsl:if></xsl:when>
       <xsl:when test="$key = 'elapsed'"><xsl:if test="$ru">длительность</xsl:if><xsl:if test="not($ru)">took</xsl:if></xsl:when>
       <xsl:when test="$key = 'notRun'"><xsl:if test="$ru">не запускалась</xsl:if><xsl:if test="not($ru)">not run</xsl:if></xsl:when>
+      <xsl:when test="$key = 'stoppedDuring'"><xsl:if test="$ru">Испытание остановлено во время проверки</xsl:if><xsl:if test="not($ru)">The run was stopped during the test</xsl:if></xsl:when>
+      <xsl:when test="$key = 'stoppedAfter'"><xsl:if test="$ru">Испытание остановлено после проверки</xsl:if><xsl:if test="not($ru)">The run was stopped after the test</xsl:if></xsl:when>
+      <xsl:when test="$key = 'notTestedPoints'"><xsl:if test="$ru">точек не проверено</xsl:if><xsl:if test="not($ru)">points not tested</xsl:if></xsl:when>
       <xsl:when test="$key = 'noResult'"><xsl:if test="$ru">нет результата</xsl:if><xsl:if test="not($ru)">no result</xsl:if></xsl:when>
       <xsl:when test="$key = 'Settings'"><xsl:if test="$ru">Уставки</xsl:if><xsl:if test="not($ru)">Settings</xsl:if></xsl:when>
       <xsl:when test="$key = 'Parameters'"><xsl:if test="$ru">Параметры</xsl:if><xsl:if test="not($ru)">Parameters</xsl:if></xsl:when>
@@ -66,13 +69,16 @@
     </xsl:choose>
   </xsl:template>
 
-  <!-- The worst verdict of result `items`, where result `units` without items (no value) count as not tested. -->
+  <!-- The worst verdict of result `items`, where result `units` without items (no value) count as not tested, and
+       so do tests among `cut` that did not measure every point: what they measured never makes them pass. -->
   <xsl:template name="worstVerdict">
     <xsl:param name="items"/>
     <xsl:param name="units"/>
+    <xsl:param name="cut" select="/.."/>
     <xsl:choose>
       <xsl:when test="$items[not(@IsValid)][@State = '?not ok' or @State = '?не в норме']">notok</xsl:when>
       <xsl:when test="$items[not(@IsValid)][not(@State = 'ok' or @State = 'норма' or @State = '?not ok' or @State = '?не в норме' or @State = 'not tested' or @State = 'не проводилась' or string(@State) = '')]">error</xsl:when>
+      <xsl:when test="$cut">empty</xsl:when>
       <xsl:when test="$items[@IsValid or @State = 'not tested' or @State = 'не проводилась' or string(@State) = '']">empty</xsl:when>
       <xsl:when test="$units[not(Items/Value)]">empty</xsl:when>
       <xsl:when test="$items">ok</xsl:when>
@@ -86,6 +92,7 @@
     <xsl:call-template name="worstVerdict">
       <xsl:with-param name="items" select="$node//Node[@DataType = 'ResultContainer']/Node/Items/Value"/>
       <xsl:with-param name="units" select="$node//Node[@DataType = 'ResultContainer']/Node"/>
+      <xsl:with-param name="cut" select="$node/descendant-or-self::Node[@NotTestedPoints &gt; 0]"/>
     </xsl:call-template>
   </xsl:template>
 
@@ -199,6 +206,8 @@
           .valueError { color: #b3261e; margin-left: 0.5em; } code { font-size: 0.95em; }
           details { margin: 0.3em 0 0.6em; } summary { cursor: pointer; color: #3c4043; font-weight: 600; }
           .inactive { color: var(--empty); }
+          .stopped, .cut { border-left: 6px solid var(--error); background: #fef3e8; padding: 0.5em 0.9em;
+                           border-radius: 4px; }
         </style>
       </head>
       <body>
@@ -207,6 +216,26 @@
             <small><xsl:value-of select="$title"/></small>
             <xsl:call-template name="name"><xsl:with-param name="node" select="/*/Node[1]"/></xsl:call-template>
           </h1>
+          <xsl:for-each select="//Node[@DataType = 'TestContainer'][@Stopped = 'true']">
+            <p class="stopped">
+              <xsl:call-template name="text"><xsl:with-param name="key" select="'stoppedDuring'"/></xsl:call-template>
+              <xsl:text> </xsl:text>
+              <a href="#{generate-id()}"><xsl:call-template name="name"/></a>
+              <xsl:if test="@NotTestedPoints">
+                <xsl:value-of select="concat(': ', @NotTestedPoints, ' ')"/>
+                <xsl:call-template name="text"><xsl:with-param name="key" select="'notTestedPoints'"/></xsl:call-template>
+              </xsl:if>
+              <xsl:text>.</xsl:text>
+            </p>
+          </xsl:for-each>
+          <xsl:for-each select="//Node[@DataType = 'TestContainer'][@StoppedAfter = 'true']">
+            <p class="stopped">
+              <xsl:call-template name="text"><xsl:with-param name="key" select="'stoppedAfter'"/></xsl:call-template>
+              <xsl:text> </xsl:text>
+              <a href="#{generate-id()}"><xsl:call-template name="name"/></a>
+              <xsl:text>.</xsl:text>
+            </p>
+          </xsl:for-each>
           <xsl:call-template name="summary"/>
           <xsl:apply-templates select="/*/Node" mode="section">
             <xsl:with-param name="depth" select="2"/>
@@ -219,11 +248,13 @@
   <!-- The counts at the top: tests by verdict, then result items by verdict. -->
   <xsl:template name="summary">
     <xsl:variable name="tests" select="//Node[@DataType = 'TestContainer']"/>
+    <!-- One letter per test, so that counting a verdict is a matter of string lengths, not of recursion. -->
     <xsl:variable name="verdicts">
       <xsl:for-each select="$tests">
-        <xsl:text>[</xsl:text>
-        <xsl:call-template name="subtreeVerdict"/>
-        <xsl:text>]</xsl:text>
+        <xsl:variable name="verdict">
+          <xsl:call-template name="subtreeVerdict"/>
+        </xsl:variable>
+        <xsl:call-template name="verdictLetter"><xsl:with-param name="verdict" select="$verdict"/></xsl:call-template>
       </xsl:for-each>
     </xsl:variable>
     <xsl:variable name="items" select="//Node[@DataType = 'ResultContainer']/Node/Items/Value"/>
@@ -296,35 +327,27 @@
     </xsl:call-template>
   </xsl:template>
 
-  <!-- One tile of the summary: how many tests have `verdict`, counted in the "[v][v]..." list `verdicts`. -->
+  <!-- One tile of the summary: how many tests have `verdict`, counted in the string `verdicts` of one letter per
+       test. -->
   <xsl:template name="tile">
     <xsl:param name="verdict"/>
     <xsl:param name="verdicts"/>
-    <xsl:variable name="marker" select="concat('[', $verdict, ']')"/>
+    <xsl:variable name="letter">
+      <xsl:call-template name="verdictLetter"><xsl:with-param name="verdict" select="$verdict"/></xsl:call-template>
+    </xsl:variable>
     <div class="tile {$verdict}">
-      <b>
-        <xsl:call-template name="countOccurrences">
-          <xsl:with-param name="text" select="$verdicts"/>
-          <xsl:with-param name="marker" select="$marker"/>
-        </xsl:call-template>
-      </b>
+      <b><xsl:value-of select="string-length($verdicts) - string-length(translate($verdicts, $letter, ''))"/></b>
       <span><xsl:call-template name="text"><xsl:with-param name="key" select="concat('tests_', $verdict)"/></xsl:call-template></span>
     </div>
   </xsl:template>
 
-  <xsl:template name="countOccurrences">
-    <xsl:param name="text"/>
-    <xsl:param name="marker"/>
-    <xsl:param name="count" select="0"/>
+  <xsl:template name="verdictLetter">
+    <xsl:param name="verdict"/>
     <xsl:choose>
-      <xsl:when test="contains($text, $marker)">
-        <xsl:call-template name="countOccurrences">
-          <xsl:with-param name="text" select="substring-after($text, $marker)"/>
-          <xsl:with-param name="marker" select="$marker"/>
-          <xsl:with-param name="count" select="$count + 1"/>
-        </xsl:call-template>
-      </xsl:when>
-      <xsl:otherwise><xsl:value-of select="$count"/></xsl:otherwise>
+      <xsl:when test="$verdict = 'ok'">O</xsl:when>
+      <xsl:when test="$verdict = 'notok'">N</xsl:when>
+      <xsl:when test="$verdict = 'error'">E</xsl:when>
+      <xsl:otherwise>M</xsl:otherwise>
     </xsl:choose>
   </xsl:template>
 
@@ -376,6 +399,12 @@
           <xsl:value-of select="concat(' ', @EndDate, ' ', @EndTime, ', ')"/>
           <xsl:call-template name="text"><xsl:with-param name="key" select="'elapsed'"/></xsl:call-template>
           <xsl:value-of select="concat(' ', @ElapsedTime)"/>
+        </p>
+      </xsl:if>
+      <xsl:if test="$isTest and @NotTestedPoints &gt; 0">
+        <p class="cut">
+          <xsl:value-of select="concat(@NotTestedPoints, ' ')"/>
+          <xsl:call-template name="text"><xsl:with-param name="key" select="'notTestedPoints'"/></xsl:call-template>
         </p>
       </xsl:if>
       <xsl:apply-templates select="Node[@DataType = 'ValueContainer']" mode="values"/>

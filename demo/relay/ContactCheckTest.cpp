@@ -49,9 +49,30 @@ void ContactCheckTest::_fillTemplate()
 
 void ContactCheckTest::_prepare()
 {
-    _runRepetitions = static_cast<int>(std::lround(std::clamp(_settingValue(_repetitions), 1.0, 100.0)));
-    _runTimeout = std::clamp(_settingValue(_timeout), 0.001, 10.0);
+    _runRepetitions = static_cast<int>(_getPlannedPoints() / 2);
+    _runTimeout = std::isfinite(_settingValue(_timeout)) ? std::clamp(_settingValue(_timeout), 0.001, MaxTimeout) : 0.2;
     _contactResult->clearResult();
+}
+
+void ContactCheckTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string>& problems) const
+{
+    const double repetitions = _settingValue(_repetitions);
+    const double timeout = _settingValue(_timeout);
+    if (!(repetitions >= 1.0 && repetitions <= MaxRepetitions))
+        problems.push_back(localText("Setting Repetitions is ", "Уставка Repetitions равна ") + shortNumber(repetitions)
+                           + localText("; the limits are 1 to ", "; допустимо от 1 до ") + shortNumber(MaxRepetitions));
+    if (!(timeout >= 0.001 && timeout <= MaxTimeout))
+        problems.push_back(localText("Setting Timeout is ", "Уставка Timeout равна ") + shortNumber(timeout)
+                           + localText(" s; the limits are 0.001 to ", " с; допустимо от 0.001 до ")
+                           + shortNumber(MaxTimeout) + localText(" s", " с"));
+}
+
+unsigned ContactCheckTest::_getPlannedPoints() const
+{
+    const double repetitions = _settingValue(_repetitions);
+    if (!std::isfinite(repetitions))
+        return 2;
+    return 2u * static_cast<unsigned>(std::lround(std::clamp(repetitions, 1.0, MaxRepetitions)));
 }
 
 void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
@@ -65,6 +86,10 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
     // relay stops answering halfway.
     FinishGuard finish([&] {
         output->setState(false);
+        std::size_t measured = 0;
+        for (const auto& entry : checks)
+            measured += entry.second.size();
+        _setMeasuredPoints(measured);
         if (checks.empty())
             return;
         _contactResult->setData(std::make_shared<ZemTree::ResultMultiString>(
@@ -78,7 +103,10 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
                 break;
             const std::string key = state ? "Close" : "Open";
             checks[key].push_back(isFollowed ? Follows : DoesNotFollow);
-            _report(key + " " + std::to_string(repetition) + ": the contact " + (isFollowed ? Follows : DoesNotFollow));
+            _report(localText(key, state ? "Замыкание" : "Размыкание") + " " + std::to_string(repetition)
+                    + localText(": the contact ", ": контакт ")
+                    + (isFollowed ? localText(Follows, "повторяет") : localText(DoesNotFollow, "не повторяет")));
+            _onPointMeasured();
         }
     }
     finish.now();

@@ -12,6 +12,10 @@ namespace ZemDemo {
 // few times, and each time the input it drives must follow within the time-out.
 class ContactCheckTest : public RelayTestBase {
 public:
+    static constexpr double MaxRepetitions = 100.0;
+    // The longest wait for the contact, in seconds.
+    static constexpr double MaxTimeout = 10.0;
+
     // What a check records for each switching.
     static const char* const Follows;
     static const char* const DoesNotFollow;
@@ -26,6 +30,9 @@ protected:
     void _fillTemplate() override;
     void _prepare() override;
     void _execute(SimulatedRelayUnderTest& relay) override;
+    void _checkOwnSettings(const RelaySettings& relay, std::vector<std::string>& problems) const override;
+    // A close and an open per repetition.
+    unsigned _getPlannedPoints() const override;
 
 private:
     ZemTree::NumericUnit* _repetitions = nullptr;

@@ -3,7 +3,9 @@
 #include "containers/HierarchicalCollectionContainer.h"
 #include "containers/HierarchicalContainer.h"
 #include "containers/ProjectFile.h"
+#include "containers/SettingsContainer.h"
 #include "containers/TestCollectionContainer.h"
+#include "core/tree/IValueOut.h"
 #include "core/tree/NodeFactory.h"
 #include "core/tree/NodeTreeTraversal.h"
 #include "evaluation/ITestContainer.h"
@@ -13,6 +15,7 @@
 #include "relay/ProtectionContainer.h"
 #include "relay/RelayLogic.h"
 #include "relay/TripTimeTest.h"
+#include "values/Unit.h"
 
 #include <filesystem>
 #include <stdexcept>
@@ -23,6 +26,16 @@ namespace {
 
 // Saved projects name the example classes; a program that links the library in finds them registered.
 [[maybe_unused]] const bool registeredAtStart = (registerDemoTypes(), true);
+
+// Whether `path` is `filter` or lies below it, by whole segments.
+bool isPathAtOrBelow(const std::string& path, std::string filter)
+{
+    while (filter.size() > 1 && filter.back() == '/')
+        filter.pop_back();
+    if (path.compare(0, filter.size(), filter) != 0)
+        return false;
+    return path.size() == filter.size() || path[filter.size()] == '/';
+}
 
 template <class T> T* addFilled(ZemTree::Node* parent, std::unique_ptr<T> node)
 {
@@ -107,26 +120,96 @@ void attachRelay(ZemTree::Node* root, SimulatedRelayUnderTest& relay)
 }
 
 std::vector<ZemTree::ITestContainer*> collectChosenTests(ZemTree::Node* root,
-                                                         const std::vector<std::string>& pathFilters)
+                                                         const std::vector<std::string>& pathFilters,
+                                                         std::vector<std::string>* unmatched)
 {
     std::vector<ZemTree::ITestContainer*> tests;
-    if (root == nullptr)
-        return tests;
-    for (ZemTree::Node* node : ZemTree::NodeTreeTraversal(root)) {
-        auto* test = dynamic_cast<ZemTree::ITestContainer*>(node);
-        if (test == nullptr)
-            continue;
-        const Zem::Nullable<bool> isEvaluated = test->getIsEvaluated();
-        if (!isEvaluated.hasValue() || !isEvaluated.getValue())
-            continue;
-        bool isMatching = pathFilters.empty();
-        const std::string path = node->getHierarchicalId();
-        for (const std::string& filter : pathFilters)
-            isMatching = isMatching || path.compare(0, filter.size(), filter) == 0;
-        if (isMatching)
-            tests.push_back(test);
+    std::vector<bool> isUsed(pathFilters.size(), false);
+    if (root != nullptr) {
+        for (ZemTree::Node* node : ZemTree::NodeTreeTraversal(root)) {
+            auto* test = dynamic_cast<ZemTree::ITestContainer*>(node);
+            if (test == nullptr)
+                continue;
+            const Zem::Nullable<bool> isEvaluated = test->getIsEvaluated();
+            if (!isEvaluated.hasValue() || !isEvaluated.getValue())
+                continue;
+            bool isMatching = pathFilters.empty();
+            const std::string path = node->getHierarchicalId();
+            for (std::size_t i = 0; i < pathFilters.size(); ++i) {
+                if (isPathAtOrBelow(path, pathFilters[i])) {
+                    isMatching = true;
+                    isUsed[i] = true;
+                }
+            }
+            if (isMatching)
+                tests.push_back(test);
+        }
+    }
+    if (unmatched != nullptr) {
+        for (std::size_t i = 0; i < pathFilters.size(); ++i)
+            if (!isUsed[i])
+                unmatched->push_back(pathFilters[i]);
     }
     return tests;
+}
+
+std::size_t overrideSetting(const std::vector<ZemTree::ITestContainer*>& tests, const std::string& name, double value)
+{
+    std::size_t count = 0;
+    for (ZemTree::ITestContainer* test : tests) {
+        const auto* example = dynamic_cast<const RelayTestBase*>(test);
+        if (example == nullptr || example->getSettings() == nullptr)
+            continue;
+        for (ZemTree::Node* child : *example->getSettings()) {
+            auto* setting = dynamic_cast<ZemTree::Unit<double>*>(child);
+            if (setting == nullptr || (child->getId() != name && child->getHierarchicalId() != name))
+                continue;
+            setting->setIsFormulaSource(false);
+            setting->setData(value);
+            ++count;
+        }
+    }
+    return count;
+}
+
+std::vector<std::string> findValueErrors(ZemTree::Node* root)
+{
+    std::vector<std::string> lines;
+    if (root == nullptr)
+        return lines;
+    for (ZemTree::Node* node : ZemTree::NodeTreeTraversal(root)) {
+        const auto* value = dynamic_cast<const ZemTree::IValueOut*>(node);
+        if (value == nullptr)
+            continue;
+        if (const Zem::ErrorPointer& error = value->getError())
+            lines.push_back(node->getHierarchicalId() + ": " + error->what());
+    }
+    return lines;
+}
+
+std::vector<std::string> findSettingProblems(const std::vector<ZemTree::ITestContainer*>& tests,
+                                             const RelaySettings& relay, bool withValueErrors)
+{
+    std::vector<std::string> lines;
+    for (ZemTree::ITestContainer* test : tests) {
+        const auto* example = dynamic_cast<const RelayTestBase*>(test);
+        if (example == nullptr)
+            continue;
+        for (const std::string& problem : example->checkSettings(relay, withValueErrors))
+            lines.push_back(example->getHierarchicalId() + ": " + problem);
+    }
+    return lines;
+}
+
+std::vector<std::string> findSettingProblems(ZemTree::Node* root, const RelaySettings& relay, bool withValueErrors)
+{
+    std::vector<ZemTree::ITestContainer*> tests;
+    if (root != nullptr) {
+        for (ZemTree::Node* node : ZemTree::NodeTreeTraversal(root))
+            if (auto* test = dynamic_cast<ZemTree::ITestContainer*>(node))
+                tests.push_back(test);
+    }
+    return findSettingProblems(tests, relay, withValueErrors);
 }
 
 void writeSampleFiles(const std::string& folder)

@@ -66,10 +66,28 @@ std::unique_ptr<ZemTree::Node> buildSampleProject();
 // Hands the relay (and its test set) to every example test below `root`.
 void attachRelay(ZemTree::Node* root, SimulatedRelayUnderTest& relay);
 
-// The chosen tests below `root` in tree order; with filters, only those whose hierarchical id starts with one
-// of them.
+// The chosen tests below `root` in tree order; with filters, only those at or below one of the paths, matched
+// by whole segments ("A/Tests/Pick" does not select "A/Tests/Pickup"; a trailing "/" is ignored). The filters
+// that select no chosen test go to `unmatched` when it is given.
 std::vector<ZemTree::ITestContainer*> collectChosenTests(ZemTree::Node* root,
-                                                         const std::vector<std::string>& pathFilters = {});
+                                                         const std::vector<std::string>& pathFilters = {},
+                                                         std::vector<std::string>* unmatched = nullptr);
+
+// Gives the settings named by `name` the data `value`, with the data as their source: `name` is a setting's id, for
+// every test among `tests` that has such a setting, or a unit's path from the root (its hierarchical id). Returns
+// how many settings took the value.
+std::size_t overrideSetting(const std::vector<ZemTree::ITestContainer*>& tests, const std::string& name, double value);
+
+// Every unit below `root` whose value out carries an error: "<path of the unit>: <error text>", in tree order.
+std::vector<std::string> findValueErrors(ZemTree::Node* root);
+
+// What keeps each example test among `tests` from running with the relay `relay`: "<path of the test>: <problem>",
+// one line per fault. Without `withValueErrors` the settings in error are left to findValueErrors.
+std::vector<std::string> findSettingProblems(const std::vector<ZemTree::ITestContainer*>& tests,
+                                             const RelaySettings& relay, bool withValueErrors = true);
+// The same over every example test below `root`, chosen or not.
+std::vector<std::string> findSettingProblems(ZemTree::Node* root, const RelaySettings& relay,
+                                             bool withValueErrors = true);
 
 // Writes "sample-project.xml" and a template "<Class>.xml" per example test class into `folder`.
 // Throws std::runtime_error when a file cannot be written.

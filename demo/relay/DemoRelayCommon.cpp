@@ -5,6 +5,7 @@
 #include "core/device/IVirtualAnalogOutputGroup.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
 #include "core/device/IVirtualBinaryOutputChannel.h"
+#include "core/tree/TreeLocalization.h"
 #include "relay/DemoRelay.h"
 #include "relay/RelayLogic.h"
 
@@ -69,6 +70,30 @@ void FinishGuard::now()
     _action = nullptr;
     if (action)
         action();
+}
+
+std::string localText(const std::string& english, const std::string& russian)
+{
+    return lng::language == 1 ? russian : english;
+}
+
+std::string notFiniteText(const std::string& setting, double value)
+{
+    return notFiniteText(setting, shortNumber(value));
+}
+
+std::string notFiniteText(const std::string& setting, const std::string& text)
+{
+    return localText("Setting ", "Уставка ") + setting
+           + localText(" is not a finite number: ", " не является конечным числом: ") + text;
+}
+
+std::string shortNumber(double value)
+{
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << std::setprecision(8) << value;
+    return text.str();
 }
 
 std::string formatNumber(double value, int digits)

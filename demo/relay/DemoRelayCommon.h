@@ -48,6 +48,16 @@ private:
     std::function<void()> _action;
 };
 
+// The text of the user's language (lng::language) of the two; progress lines and refusals speak it.
+std::string localText(const std::string& english, const std::string& russian);
+
+// The one refusal of a setting that is no finite number, whether it came from data or from a formula.
+std::string notFiniteText(const std::string& setting, double value);
+std::string notFiniteText(const std::string& setting, const std::string& text);
+
+// A number in refusals: as short as it can be and still exact enough to recognise ("1e-09", "7000000").
+std::string shortNumber(double value);
+
 // A number for progress lines and measured values, with `digits` after the point.
 std::string formatNumber(double value, int digits);
 

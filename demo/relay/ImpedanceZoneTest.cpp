@@ -74,8 +74,21 @@ void ImpedanceZoneTest::_prepare()
 {
     _runAngles = _angles;
     _runTolerance = _settingValue(_tolerance);
-    _runSteps = static_cast<int>(std::lround(std::clamp(_settingValue(_steps), 0.0, 20.0)));
+    _runSteps = static_cast<int>(std::lround(std::clamp(_settingValue(_steps), MinSteps, MaxSteps)));
     _reachResult->clearResult();
+}
+
+void ImpedanceZoneTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string>& problems) const
+{
+    const double tolerance = _settingValue(_tolerance);
+    const double steps = _settingValue(_steps);
+    if (!(tolerance >= 0.0 && tolerance < 100.0))
+        problems.push_back(localText("Setting Tolerance is ", "Уставка Tolerance равна ") + shortNumber(tolerance)
+                           + localText(" %; the limits are 0 to below 100 %", " %; допустимо от 0 до менее 100 %"));
+    if (!(steps >= MinSteps && steps <= MaxSteps))
+        problems.push_back(localText("Setting Steps is ", "Уставка Steps равна ") + shortNumber(steps)
+                           + localText("; the limits are ", "; допустимо от ") + shortNumber(MinSteps)
+                           + localText(" to ", " до ") + shortNumber(MaxSteps));
 }
 
 void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
@@ -102,7 +115,8 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
         if (start->getState()) {
             isTripped = _waitForInput(trip, true, tripTimeout).has_value();
             if (!isTripped && !_isStopRequested())
-                _report("Zone started at " + formatNumber(impedance, 3) + " Ohm but did not trip");
+                _report(localText("Zone started at ", "Зона пустилась при ") + formatNumber(impedance, 3)
+                        + localText(" Ohm but did not trip", " Ом, но не сработала"));
         }
         currents->setPhasor(0, {0.0, 0.0, 50.0});
         voltages->setPhasor(0, {0.0, 0.0, 50.0});
@@ -118,6 +132,7 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
     FinishGuard finish([&] {
         currents->setPhasor(0, {0.0, 0.0, 50.0});
         voltages->setPhasor(0, {0.0, 0.0, 50.0});
+        _setMeasuredPoints(points.size());
         if (points.empty())
             return;
         auto manager = std::make_shared<ZemTree::GraphZPhiManager>();
@@ -157,9 +172,10 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
                 break;
             found = (inside + outside) / 2.0;
         }
-        _report(formatNumber(angle, 1) + " deg: reach " + formatNumber(found, 3) + " Ohm, setting "
-                + formatNumber(reach, 3) + " Ohm");
+        _report(formatNumber(angle, 1) + localText(" deg: reach ", " град: граница ") + formatNumber(found, 3)
+                + localText(" Ohm, setting ", " Ом, уставка ") + formatNumber(reach, 3) + localText(" Ohm", " Ом"));
         points.push_back({found * std::cos(angle * Pi / 180.0), found * std::sin(angle * Pi / 180.0)});
+        _onPointMeasured();
     }
     finish.now();
 }

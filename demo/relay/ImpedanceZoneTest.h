@@ -15,6 +15,10 @@ namespace ZemDemo {
 // judged against the zone polygon widened and narrowed by the tolerance.
 class ImpedanceZoneTest : public RelayTestBase {
 public:
+    // The search steps along one ray: at least one, or the reach found would be the setting itself.
+    static constexpr double MinSteps = 1.0;
+    static constexpr double MaxSteps = 20.0;
+
     ImpedanceZoneTest();
     ImpedanceZoneTest(const std::string& id, const ZemTree::LocalString& description);
     ~ImpedanceZoneTest() override;
@@ -28,6 +32,8 @@ protected:
     void _fillTemplate() override;
     void _prepare() override;
     void _execute(SimulatedRelayUnderTest& relay) override;
+    void _checkOwnSettings(const RelaySettings& relay, std::vector<std::string>& problems) const override;
+    unsigned _getPlannedPoints() const override { return static_cast<unsigned>(_angles.size()); }
 
     void _setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) override;
     void _getExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) const override;

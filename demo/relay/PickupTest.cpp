@@ -14,6 +14,7 @@
 #include "results/ResultMultiNumeric.h"
 #include "results/ResultMultiNumericUnit.h"
 
+#include <cmath>
 #include <map>
 #include <memory>
 #include <optional>
@@ -24,7 +25,14 @@ namespace ZemDemo {
 namespace {
 
 const char* const phaseNames[] = {"Phase A", "Phase B", "Phase C"};
+const char* const russianPhaseNames[] = {"Фаза A", "Фаза B", "Фаза C"};
 const double phaseAngles[] = {0.0, -120.0, 120.0};
+
+// The result keys stay English; the progress lines follow the user's language.
+std::string phaseName(std::size_t phase)
+{
+    return localText(phaseNames[phase], russianPhaseNames[phase]);
+}
 
 } // namespace
 
@@ -63,19 +71,55 @@ void PickupTest::_prepare()
     _pickupResult->clearResult();
 }
 
+void PickupTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string>& problems) const
+{
+    const double tolerance = _settingValue(_tolerance);
+    const double step = _settingValue(_step);
+    const double rampStart = _settingValue(_rampStart);
+    const double rampEnd = _settingValue(_rampEnd);
+    if (!(tolerance >= 0.0 && tolerance <= 100.0))
+        problems.push_back(localText("Setting Tolerance is ", "Уставка Tolerance равна ") + shortNumber(tolerance)
+                           + localText(" %; the limits are 0 to 100 %", " %; допустимо от 0 до 100 %"));
+    if (!(step > 0.0))
+        problems.push_back(localText("Setting Step is ", "Уставка Step равна ") + shortNumber(step)
+                           + localText(" %; it must be above 0 %", " %; она должна быть больше 0 %"));
+    for (const auto& bound : {std::make_pair("RampStart", rampStart), std::make_pair("RampEnd", rampEnd)}) {
+        if (!(bound.second >= 0.0 && bound.second <= MaxRampPercent))
+            problems.push_back(localText("Setting ", "Уставка ") + bound.first + localText(" is ", " равна ")
+                               + shortNumber(bound.second)
+                               + localText(" %; the limits are 0 to ", " %; допустимо от 0 до ")
+                               + shortNumber(MaxRampPercent) + " %");
+    }
+    if (!problems.empty())
+        return;
+    if (!(rampEnd > rampStart)) {
+        problems.push_back(localText("Setting RampEnd is ", "Уставка RampEnd равна ") + shortNumber(rampEnd)
+                           + localText(" %; it must be above RampStart, ", " %; она должна быть больше RampStart, ")
+                           + shortNumber(rampStart) + " %");
+        return;
+    }
+    const double steps = (rampEnd - rampStart) / step;
+    if (!(steps <= MaxRampSteps))
+        problems.push_back(localText("Setting Step is ", "Уставка Step равна ") + shortNumber(step)
+                           + localText(" %: the ramp would take ", " %: подъём занял бы ")
+                           + shortNumber(std::ceil(steps)) + localText(" steps; the limit is ", " шагов; предел ")
+                           + shortNumber(MaxRampSteps)
+                           + localText(" steps, a Step of at least ", " шагов, Step не меньше ")
+                           + shortNumber((rampEnd - rampStart) / MaxRampSteps) + " %");
+}
+
 void PickupTest::_execute(SimulatedRelayUnderTest& relay)
 {
     ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
     ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, RelayLogic::StartInputPath);
     const double pickup = relay.getSettings().pickup;
-    if (!(_runStep > 0.0) || !(_runRampEnd > _runRampStart))
-        throw std::logic_error("The ramp needs a positive step and an end above its start");
 
     std::map<std::string, std::vector<std::string>> measured;
     // What was measured is kept and the outputs are switched off however the measuring ends, also when the
     // relay stops answering halfway.
     FinishGuard finish([&] {
         currents->setPhasors(balanced(0.0));
+        _setMeasuredPoints(measured.size());
         if (measured.empty())
             return;
         auto tolerance = std::make_shared<ZemTree::ToleranceReduced>(
@@ -87,8 +131,8 @@ void PickupTest::_execute(SimulatedRelayUnderTest& relay)
     for (std::size_t phase = 0; phase < 3 && !_isStopRequested(); ++phase) {
         currents->setPhasors(balanced(0.0));
         settle(relay);
-        _report(std::string(phaseNames[phase]) + ": ramping from " + formatNumber(pickup * _runRampStart / 100.0, 3)
-                + " A");
+        _report(phaseName(phase) + localText(": ramping from ", ": подъём от ")
+                + formatNumber(pickup * _runRampStart / 100.0, 3) + localText(" A", " А"));
         std::optional<double> found;
         for (int step = 0;; ++step) {
             const double current = pickup * (_runRampStart + step * _runStep) / 100.0;
@@ -105,14 +149,17 @@ void PickupTest::_execute(SimulatedRelayUnderTest& relay)
             break;
         if (found) {
             measured[phaseNames[phase]] = {formatNumber(*found, 4)};
-            _report(std::string(phaseNames[phase]) + ": start at " + formatNumber(*found, 4) + " A");
+            _report(phaseName(phase) + localText(": start at ", ": пуск при ") + formatNumber(*found, 4)
+                    + localText(" A", " А"));
         }
         else {
             // No start over the whole ramp is a measurement too: the end of the ramp, which fails the setting.
             const double end = pickup * _runRampEnd / 100.0;
             measured[phaseNames[phase]] = {formatNumber(end, 4)};
-            _report(std::string(phaseNames[phase]) + ": no start up to " + formatNumber(end, 4) + " A");
+            _report(phaseName(phase) + localText(": no start up to ", ": нет пуска до ") + formatNumber(end, 4)
+                    + localText(" A", " А"));
         }
+        _onPointMeasured();
     }
     finish.now();
 }

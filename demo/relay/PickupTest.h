@@ -12,6 +12,11 @@ namespace ZemDemo {
 // from below the setting until the start contact closes, and judges the current found against the relay's pickup.
 class PickupTest : public RelayTestBase {
 public:
+    // The most ramp steps one phase may take: a finer ramp would keep the relay busy for hours.
+    static constexpr double MaxRampSteps = 10000.0;
+    // The ramp's bounds in percent of the pickup.
+    static constexpr double MaxRampPercent = 1000.0;
+
     PickupTest();
     PickupTest(const std::string& id, const ZemTree::LocalString& description);
     ~PickupTest() override;
@@ -22,6 +27,8 @@ protected:
     void _fillTemplate() override;
     void _prepare() override;
     void _execute(SimulatedRelayUnderTest& relay) override;
+    void _checkOwnSettings(const RelaySettings& relay, std::vector<std::string>& problems) const override;
+    unsigned _getPlannedPoints() const override { return 3; }
 
 private:
     ZemTree::NumericUnit* _tolerance = nullptr;

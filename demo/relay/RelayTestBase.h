@@ -2,6 +2,7 @@
 
 #include "containers/TestContainer.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -22,6 +23,7 @@ class NumericUnit;
 namespace ZemDemo {
 
 class SimulatedRelayUnderTest;
+struct RelaySettings;
 
 // The common ground of the example tests: a relay under test to drive, a thread of the test's own that runs
 // _execute and then ends the run, and a forced stop that reaches every wait within a millisecond or two.
@@ -41,6 +43,23 @@ public:
 
     // Asks the test's thread to end; a test that is not running ignores it.
     void forceStopExecute() override;
+    // Also forgets the points an earlier run left unmeasured: with no result at all there is nothing to complete.
+    void clearResults() override;
+
+    // What keeps the test from running with its present settings, one line per fault naming the setting and its
+    // limit: a value in error, a number that is not finite, a ramp with too many steps, a wait too long. The same
+    // checks run when the test starts; a test with any of them refuses to drive the hardware.
+    // Without `withValueErrors` a setting in error stops the checks without a line of its own.
+    std::vector<std::string> checkSettings(const RelaySettings& relay, bool withValueErrors = true) const;
+
+    // How many of the points the last run meant to measure it did not measure (stopped, refused or cut short);
+    // they count as not tested, so such a test is never passed.
+    unsigned getNotTestedPoints() const { return _notTestedPoints.load(); }
+    // True when the last run was cut short by a stop.
+    bool wasStopped() const { return _wasStopped.load(); }
+    // True when a stop of the run reached this test after it had measured every point: the run ended here, but
+    // nothing of this test is missing.
+    bool wasStoppedAfterRun() const { return _wasStoppedAfterRun.load(); }
 
 protected:
     // Runs on the queue's worker: reads the settings and empties the results, then starts the test's thread.
@@ -50,6 +69,22 @@ protected:
     // Runs on the test's own thread with a relay attached; fills the results with what it measured so far,
     // also when it is stopped.
     virtual void _execute(SimulatedRelayUnderTest& relay) = 0;
+
+    // Adds the checks of the concrete test to `problems`; the common ones (errors, finite numbers) are done.
+    virtual void _checkOwnSettings(const RelaySettings& relay, std::vector<std::string>& problems) const = 0;
+    // The number of points a run with the present settings measures.
+    virtual unsigned _getPlannedPoints() const = 0;
+    // Runs on the test's thread when it has measured one more point; a run may be interrupted here on purpose.
+    void _onPointMeasured();
+    // Runs on the test's thread as the measuring ends, before the results are set.
+    void _setMeasuredPoints(std::size_t measured);
+
+    // Not-tested points of a cut-short run are carried as incomplete.
+    ZemTree::TestCounters _checkCounters() const override;
+    void _setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) override;
+    void _getExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) const override;
+    xmlpp::Element* _getDisplayXmlCurrent(ZemTree::DisplayXmlParameters& parameters,
+                                          xmlpp::Element* parent) const override;
 
     // Runs on the test's thread. False when a stop came before `duration` was over.
     bool _pause(std::chrono::milliseconds duration);
@@ -75,6 +110,12 @@ private:
     void _run();
 
     SimulatedRelayUnderTest* _relay = nullptr;
+    // Why the test refuses the present run; empty when it runs.
+    std::string _refusal;
+    unsigned _plannedPoints = 0;
+    std::atomic<unsigned> _notTestedPoints{0};
+    std::atomic<bool> _wasStopped{false};
+    std::atomic<bool> _wasStoppedAfterRun{false};
     std::thread _worker;
     // Guards the stop flag; the condition wakes every wait of the test's thread.
     mutable std::mutex _mutex;

@@ -98,6 +98,28 @@ void TripTimeTest::_prepare()
     _tripTimeResult->clearResult();
 }
 
+void TripTimeTest::_checkOwnSettings(const RelaySettings& relay, std::vector<std::string>& problems) const
+{
+    const double tolerance = _settingValue(_tolerance);
+    const double absoluteTolerance = _settingValue(_absoluteTolerance);
+    if (!(tolerance >= 0.0 && tolerance <= 100.0))
+        problems.push_back(localText("Setting Tolerance is ", "Уставка Tolerance равна ") + shortNumber(tolerance)
+                           + localText(" %; the limits are 0 to 100 %", " %; допустимо от 0 до 100 %"));
+    if (!(absoluteTolerance >= 0.0 && absoluteTolerance <= MaxExpectedTime))
+        problems.push_back(localText("Setting AbsoluteTolerance is ", "Уставка AbsoluteTolerance равна ")
+                           + shortNumber(absoluteTolerance)
+                           + localText(" s; the limits are 0 to ", " с; допустимо от 0 до ")
+                           + shortNumber(MaxExpectedTime) + localText(" s", " с"));
+    for (const double multiple : _multiples) {
+        const double expected = RelayLogic::curveTime(relay.curve, multiple, relay.timeMultiplier);
+        if (!(expected <= MaxExpectedTime))
+            problems.push_back(localText("Setting Multiples: ", "Уставка Multiples: ") + shortNumber(multiple)
+                               + localText(" x pickup expects a trip after ", " x пуск ждёт срабатывания через ")
+                               + shortNumber(expected) + localText(" s; the limit is ", " с; предел ")
+                               + shortNumber(MaxExpectedTime) + localText(" s", " с"));
+    }
+}
+
 void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
 {
     ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
@@ -109,6 +131,7 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
     // relay stops answering halfway.
     FinishGuard finish([&] {
         currents->setPhasors(balanced(0.0));
+        _setMeasuredPoints(points.size());
         if (points.empty())
             return;
         auto tolerance = std::make_shared<ZemTree::Tolerance>();
@@ -140,13 +163,14 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
         settle(relay);
         if (!_waitForInput(trip, false, SettleTimeout)) {
             if (!_isStopRequested())
-                _report("The trip contact does not open without current");
+                _report(localText("The trip contact does not open without current",
+                                  "Контакт отключения не размыкается без тока"));
             break;
         }
         const double current = multiple * settings.pickup;
         const double expected = RelayLogic::curveTime(settings.curve, multiple, settings.timeMultiplier);
-        _report(formatNumber(multiple, 2) + " x pickup (" + formatNumber(current, 3) + " A), expected "
-                + formatNumber(expected, 3) + " s");
+        _report(formatNumber(multiple, 2) + localText(" x pickup (", " x пуск (") + formatNumber(current, 3)
+                + localText(" A), expected ", " А), ожидается ") + formatNumber(expected, 3) + localText(" s", " с"));
         currents->setPhasors(balanced(current));
         const Clock::time_point injected = currents->getLastChangeTime();
         // Twice the scaled time and a second more: only a relay that does not trip at all waits that long.
@@ -158,14 +182,19 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
         if (!closed) {
             const double waited = std::chrono::duration<double>(timeout).count() / settings.timeScale;
             points.push_back({current, waited});
-            _report("No trip within " + formatNumber(waited, 3) + " s");
+            _report(localText("No trip within ", "Нет срабатывания за ") + formatNumber(waited, 3)
+                    + localText(" s", " с"));
+            _onPointMeasured();
             continue;
         }
         // The contact's own stamp proves the trip; the relay's record gives the time without the threads' jitter.
         const double contact = std::chrono::duration<double>(*closed - injected).count() / settings.timeScale;
         const double reported = relay.getLogic().getLastReportedTripTime().value_or(contact);
         points.push_back({current, reported});
-        _report("Trip after " + formatNumber(reported, 3) + " s (contact after " + formatNumber(contact, 3) + " s)");
+        _report(localText("Trip after ", "Срабатывание через ") + formatNumber(reported, 3)
+                + localText(" s (contact after ", " с (контакт через ") + formatNumber(contact, 3)
+                + localText(" s)", " с)"));
+        _onPointMeasured();
     }
     finish.now();
 }

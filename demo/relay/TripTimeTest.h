@@ -15,6 +15,10 @@ namespace ZemDemo {
 // relay's inverse-time curve.
 class TripTimeTest : public RelayTestBase {
 public:
+    // The longest trip time, in the relay's own seconds, that a multiple may expect: a longer one is a wait
+    // nobody means.
+    static constexpr double MaxExpectedTime = 600.0;
+
     TripTimeTest();
     TripTimeTest(const std::string& id, const ZemTree::LocalString& description);
     ~TripTimeTest() override;
@@ -33,6 +37,8 @@ protected:
     void _fillTemplate() override;
     void _prepare() override;
     void _execute(SimulatedRelayUnderTest& relay) override;
+    void _checkOwnSettings(const RelaySettings& relay, std::vector<std::string>& problems) const override;
+    unsigned _getPlannedPoints() const override { return static_cast<unsigned>(_multiples.size()); }
 
     // The multiples are the attribute `Multiples`; a malformed one is reported and the list stays as it was.
     void _setExtendedXml(xmlpp::Element* own, const ZemTree::SerializationMode& mode) override;

@@ -1,7 +1,10 @@
 #include "runner/RunnerOptions.h"
 
+#include "core/common/ConvertionHelper.h"
+
 #include <cmath>
 #include <cstddef>
+#include <set>
 #include <stdexcept>
 
 namespace ZemDemo {
@@ -31,16 +34,35 @@ bool parsePositive(const std::string& text, double& value)
     }
 }
 
+// "NAME=VALUE" with a finite number in the classic form; an empty text on success, else the reason.
+std::string parseOverride(const std::string& text, std::pair<std::string, double>& setting)
+{
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0)
+        return "--set wants NAME=VALUE, not '" + text + "'";
+    const std::string value = text.substr(equals + 1);
+    double number = 0.0;
+    if (!Zem::fromText(value, number) || !std::isfinite(number))
+        return "--set " + text + ": the value is not a finite number";
+    setting = {text.substr(0, equals), number};
+    return "";
+}
+
 } // namespace
 
 std::string parseRunnerOptions(const std::vector<std::string>& arguments, RunnerOptions& options)
 {
+    // Only --test and --set add up; a second value of any other option would silently replace the first.
+    std::set<std::string> given;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& name = arguments[i];
         if (name == "--help" || name == "-h") {
             options.isHelp = true;
             return "";
         }
+        if (name.size() > 1 && name[0] == '-' && name != "--" && name != "--test" && name != "--set"
+            && !given.insert(name).second)
+            return "the option " + name + " is given twice";
         if (name == "--new") {
             options.isNew = true;
             continue;
@@ -57,8 +79,8 @@ std::string parseRunnerOptions(const std::vector<std::string>& arguments, Runner
             options.projectPath = arguments[++i];
             continue;
         }
-        static const char* const valued[] = {"--templates", "--test", "--seed",  "--curve", "--time-scale",
-                                             "--output",    "--report", "--xsl", "--lang",  "--check"};
+        static const char* const valued[] = {"--templates", "--test", "--seed", "--curve", "--time-scale", "--output",
+                                             "--report",    "--xsl",  "--lang", "--check", "--set"};
         bool isKnown = false;
         for (const char* known : valued)
             isKnown = isKnown || name == known;
@@ -74,6 +96,13 @@ std::string parseRunnerOptions(const std::vector<std::string>& arguments, Runner
             options.templateFolder = value;
         else if (name == "--test")
             options.testFilters.push_back(value);
+        else if (name == "--set") {
+            std::pair<std::string, double> setting;
+            const std::string refusal = parseOverride(value, setting);
+            if (!refusal.empty())
+                return refusal;
+            options.settingOverrides.push_back(setting);
+        }
         else if (name == "--seed") {
             if (!parseUnsigned(value, options.seed))
                 return "--seed wants a whole number from 0 to 999999999, not '" + value + "'";
@@ -126,8 +155,12 @@ std::string runnerUsage()
            "options:\n"
            "  --new               build the sample project instead of loading one\n"
            "  --templates DIR     folder of the test templates (default: the project's own folder)\n"
-           "  --test PATH         run only the chosen tests whose hierarchical path starts with PATH;\n"
-           "                      may be given several times\n"
+           "  --test PATH         run only the chosen tests at or below PATH, matched by whole segments\n"
+           "                      (Root/Tests/Pick does not select Root/Tests/Pickup); may be given several\n"
+           "                      times; a PATH that selects no chosen test is an error\n"
+           "  --set NAME=VALUE    run with the setting NAME at VALUE, a finite number: NAME is a setting's id\n"
+           "                      (every chosen test that has it) or a unit's path from the root; may be given\n"
+           "                      several times; a NAME that no chosen test has is an error\n"
            "  --seed N            seed of the simulated relay's noise (default 1)\n"
            "  --curve KIND        inverse-time curve of the relay: standard, very or extremely (default standard)\n"
            "  --time-scale F      how fast the relay runs: 0.1 is ten times faster than real time (default 0.1)\n"
@@ -139,12 +172,18 @@ std::string runnerUsage()
            "  --check FILE        only load FILE and list its problems on stderr, one per line; run nothing\n"
            "  -h, --help          show this text\n"
            "\n"
+           "Every option but --test and --set may be given once. Before the run each chosen test's settings are\n"
+           "checked (values in error, numbers that are not finite, ramps and waits beyond their limits); a test that\n"
+           "fails them is refused, with one line on stderr, and does not drive the relay. --check runs the same\n"
+           "checks.\n"
+           "\n"
            "Ctrl-C stops the run after the test under way has been cut short; the project and the report are still\n"
-           "written. A second Ctrl-C ends the program at once (exit code 130) without saving.\n"
+           "written. A test cut short keeps what it measured, but its missing points count as not tested, so it is\n"
+           "never passed. A second Ctrl-C ends the program at once (exit code 130) without saving.\n"
            "\n"
            "exit codes:\n"
            "  0  every chosen test passed (--check: the file loads without problems)\n"
-           "  1  some test failed or the run was stopped before all tests passed\n"
+           "  1  some test failed, was refused or cut short, or the run was stopped\n"
            "     (--check: the file loads, with problems)\n"
            "  2  bad command line, or a file that cannot be read or written (--check: the file cannot be loaded)\n";
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ZemDemo {
@@ -11,6 +12,8 @@ struct RunnerOptions {
     bool isNew = false;
     std::string templateFolder;
     std::vector<std::string> testFilters;
+    // --set NAME=VALUE, in the order given: a setting and the finite number it takes for this run.
+    std::vector<std::pair<std::string, double>> settingOverrides;
     unsigned seed = 1;
     std::string curve = "standard";
     double timeScale = 0.1;

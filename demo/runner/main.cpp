@@ -3,6 +3,7 @@
 // and HTML. `zemtree-run --help` tells the options and the exit codes.
 
 #include "relay/DemoRelay.h"
+#include "relay/RelayTestBase.h"
 #include "runner/HtmlReport.h"
 #include "runner/InterruptFlag.h"
 #include "runner/RunProgress.h"
@@ -57,26 +58,48 @@ bool checkTemplateFolder(const ZemDemo::RunnerOptions& options)
     return false;
 }
 
+ZemDemo::RelaySettings relaySettingsOf(const ZemDemo::RunnerOptions& options)
+{
+    ZemDemo::RelaySettings settings;
+    settings.seed = options.seed;
+    settings.curve = options.curve;
+    settings.timeScale = options.timeScale;
+    return settings;
+}
+
+// What a run of the tree would meet beyond its reading: units whose value out is in error, and settings that
+// keep a test from running (the same checks the tests make before they drive the hardware).
+void appendRunProblems(ZemTree::Node* root, const ZemDemo::RunnerOptions& options, std::vector<std::string>& problems)
+{
+    for (const std::string& line : ZemDemo::findValueErrors(root))
+        problems.push_back(line);
+    for (const std::string& line : ZemDemo::findSettingProblems(root, relaySettingsOf(options), false))
+        problems.push_back(line);
+}
+
 int checkOnly(const ZemDemo::RunnerOptions& options)
 {
     if (!checkTemplateFolder(options))
         return exitError;
     ZemTree::ProjectFile file(templateFolderOf(options, options.checkPath));
+    std::unique_ptr<ZemTree::Node> root;
     try {
-        file.load(options.checkPath);
+        root = file.load(options.checkPath);
     }
     catch (const std::exception& error) {
         printError(error.what());
         return exitError;
     }
-    for (const std::string& problem : file.getProblems())
+    std::vector<std::string> problems = file.getProblems();
+    appendRunProblems(root.get(), options, problems);
+    for (const std::string& problem : problems)
         std::cerr << problem << "\n";
     std::cerr.flush();
-    if (file.getProblems().empty()) {
+    if (problems.empty()) {
         std::cout << options.checkPath << ": loads without problems" << std::endl;
         return exitPassed;
     }
-    std::cout << options.checkPath << ": loads with " << file.getProblems().size() << " problem(s)" << std::endl;
+    std::cout << options.checkPath << ": loads with " << problems.size() << " problem(s)" << std::endl;
     return exitFailed;
 }
 
@@ -90,7 +113,7 @@ ZemTree::TestCounters countersOf(ZemTree::Node* node)
 // Runs `tests` through the queue, shows the progress and stops the queue on Ctrl-C. Returns when the queue has
 // ended and its threads are joined.
 void runTests(const std::vector<ZemTree::ITestContainer*>& tests, ZemDemo::RunProgress& progress,
-              const ZemDemo::InterruptFlag& interrupt, bool& wasStopped)
+              const ZemDemo::InterruptFlag& interrupt, bool& wasStopped, ZemTree::ITestContainer*& stoppedTest)
 {
     ZemTree::TestQueueEvaluator queue;
     // The queue's signals fire on its worker: the slots only hand their news to the main thread.
@@ -109,6 +132,7 @@ void runTests(const std::vector<ZemTree::ITestContainer*>& tests, ZemDemo::RunPr
     while (!progress.waitAndPrint(std::chrono::milliseconds(100))) {
         if (!isStopAsked && interrupt.getCount() > 0) {
             isStopAsked = true;
+            stoppedTest = queue.getCurrentTest();
             progress.printNote("zemtree-run: stopping: the test under way is cut short (Ctrl-C again to quit "
                                "without saving)");
             queue.stop();
@@ -116,6 +140,31 @@ void runTests(const std::vector<ZemTree::ITestContainer*>& tests, ZemDemo::RunPr
     }
     progress.close();
     wasStopped = queue.isStoped();
+}
+
+// The --set values, before the settings are checked; a name that no chosen test has is an error of the command
+// line.
+bool applyOverrides(const std::vector<ZemTree::ITestContainer*>& tests, const ZemDemo::RunnerOptions& options)
+{
+    bool isApplied = true;
+    for (const auto& setting : options.settingOverrides) {
+        if (ZemDemo::overrideSetting(tests, setting.first, setting.second) == 0) {
+            printError("--set " + setting.first + ": no chosen test has such a setting");
+            isApplied = false;
+        }
+    }
+    return isApplied;
+}
+
+// "the run was stopped during <path>", or after it when the stop came between two tests.
+std::string stopText(ZemTree::ITestContainer* stoppedTest)
+{
+    const auto* node = dynamic_cast<const ZemTree::Node*>(stoppedTest);
+    if (node == nullptr)
+        return "the run was stopped before its first test";
+    const auto* example = dynamic_cast<const ZemDemo::RelayTestBase*>(stoppedTest);
+    const bool isCut = example == nullptr || !example->wasStoppedAfterRun();
+    return std::string("the run was stopped ") + (isCut ? "during " : "after ") + node->getHierarchicalId();
 }
 
 int run(const ZemDemo::RunnerOptions& options)
@@ -131,12 +180,8 @@ int run(const ZemDemo::RunnerOptions& options)
         }
     }
 
-    ZemDemo::RelaySettings settings;
-    settings.seed = options.seed;
-    settings.curve = options.curve;
-    settings.timeScale = options.timeScale;
     // The relay outlives the tree, whose tests hold its hardware.
-    ZemDemo::SimulatedRelayUnderTest relay(settings);
+    ZemDemo::SimulatedRelayUnderTest relay(relaySettingsOf(options));
 
     std::unique_ptr<ZemTree::Node> root;
     std::string outputPath = options.outputPath;
@@ -166,29 +211,38 @@ int run(const ZemDemo::RunnerOptions& options)
         return exitError;
     }
 
-    const std::vector<ZemTree::ITestContainer*> tests = ZemDemo::collectChosenTests(root.get(), options.testFilters);
-    if (tests.empty() && !options.testFilters.empty()) {
-        printError("no chosen test matches the --test paths given");
+    std::vector<std::string> unmatched;
+    const std::vector<ZemTree::ITestContainer*> tests =
+        ZemDemo::collectChosenTests(root.get(), options.testFilters, &unmatched);
+    for (const std::string& filter : unmatched)
+        printError("--test '" + filter + "' selects no chosen test");
+    if (!unmatched.empty())
         return exitError;
-    }
+    if (!applyOverrides(tests, options))
+        return exitError;
     ZemDemo::attachRelay(root.get(), relay);
+    // Each such test refuses to run; the user hears why before the run starts.
+    for (const std::string& problem : ZemDemo::findSettingProblems(tests, relay.getSettings()))
+        printError("refused: " + problem);
 
     std::cout << "running " << tests.size() << " test(s)" << std::endl;
     ZemDemo::RunProgress progress(std::cout, tests.size(), isatty(STDOUT_FILENO) == 1);
     bool wasStopped = false;
+    ZemTree::ITestContainer* stoppedTest = nullptr;
     {
         const ZemDemo::InterruptFlag interrupt;
-        runTests(tests, progress, interrupt, wasStopped);
+        runTests(tests, progress, interrupt, wasStopped, stoppedTest);
     }
 
     const int total = static_cast<int>(tests.size());
     const int notRun = total - progress.getFinishedCount();
     std::cout << "result: passed " << progress.getPassedCount() << ", failed " << progress.getFailedCount()
               << ", unfinished " << progress.getUnfinishedCount() << ", not run " << notRun << " of " << total
-              << " test(s); " << (wasStopped ? "the run was stopped" : "the run completed") << "\n"
+              << " test(s); " << (wasStopped ? stopText(stoppedTest) : std::string("the run completed")) << "\n"
               << "counters: " << ZemDemo::countersText(countersOf(root.get())) << std::endl;
 
-    int exitCode = progress.getPassedCount() == total ? exitPassed : exitFailed;
+    // A stopped run is never a passed one, even when the stop came after the last point.
+    int exitCode = progress.getPassedCount() == total && !wasStopped ? exitPassed : exitFailed;
     try {
         // Like the report's folder, the project's folder is made when it is missing.
         const fs::path outputFolder = fs::path(outputPath).parent_path();

@@ -63,6 +63,7 @@ public:
         return _formula->getValueOut().value->getDataContainer();
     }
     const Zem::ErrorPointer& getError() const override { return _formula->getValueOut().error; }
+    const ZemTree::ValueFormula* getActiveFormula() const override { return _formula.get(); }
 
 private:
     std::unique_ptr<ZemTree::ValueFormula> _formula;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -222,6 +223,51 @@ TEST_F(ValueFormulaTest, ACycleIsAnErrorAndItsSignalsEnd)
     // A self-reference as well.
     auto* self = parameters->add(std::make_unique<FormulaNode>("Self", "{.} + 1"));
     EXPECT_NE(errorText(self->getFormula()).find("Circular reference"), std::string::npos);
+}
+
+// A cycle of any length is an error of each formula on it, whichever is read first: none of them computes a number
+// from another's half-done state. A formula that only reads the cycle carries the error on; breaking the cycle
+// brings the numbers back.
+TEST_F(ValueFormulaTest, ACycleOfAnyLengthIsAnErrorOfEachMember)
+{
+    const struct {
+        const char* text;
+        std::vector<std::string> formulas;
+    } rows[] = {
+        {"two", {"{../F1} + 1", "{../F0} * 2"}},
+        {"three", {"{../F1} * 2", "{../F2} / 100", "{../F0} * 10"}},
+        {"four, through a sum", {"{../F1} + {../../Settings/Iset}", "{../F2}", "{../F3} - 1", "{../F0}"}},
+    };
+    for (const auto& row : rows) {
+        const std::size_t length = row.formulas.size();
+        for (std::size_t first = 0; first < length; ++first) {
+            SCOPED_TRACE(std::string(row.text) + ", read from F" + std::to_string(first));
+            SetUp();
+            std::vector<FormulaNode*> members;
+            for (std::size_t i = 0; i < length; ++i)
+                members.push_back(
+                    parameters->add(std::make_unique<FormulaNode>("F" + std::to_string(i), row.formulas[i])));
+            auto* reader = parameters->add(std::make_unique<FormulaNode>("Reader", "{../F0} + 1"));
+            for (std::size_t i = 0; i < length; ++i) {
+                FormulaNode* const member = members[(first + i) % length];
+                EXPECT_NE(errorText(member->getFormula()).find("Circular reference"), std::string::npos)
+                    << member->getId();
+                EXPECT_TRUE(member->getFormula().isOnCycle()) << member->getId();
+            }
+            EXPECT_FALSE(reader->getFormula().isOnCycle());
+            EXPECT_FALSE(errorText(reader->getFormula()).empty());
+
+            // The last member now reads a constant: the cycle is gone and every formula has a number again.
+            parameters->remove(members.back());
+            auto* constant = parameters->add(std::make_unique<FormulaNode>("F" + std::to_string(length - 1), "3"));
+            members.back() = constant;
+            for (FormulaNode* member : members) {
+                EXPECT_FALSE(member->getFormula().isOnCycle()) << member->getId();
+                EXPECT_EQ("", errorText(member->getFormula())) << member->getId();
+            }
+            EXPECT_EQ("", errorText(reader->getFormula()));
+        }
+    }
 }
 
 TEST_F(ValueFormulaTest, OutlivingItsTreeIsSafe)
