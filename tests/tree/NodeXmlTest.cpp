@@ -27,7 +27,7 @@ namespace {
 //   Inner    TestGroup
 //     Weighted  TestItem, hidden, 42
 //     Split     SeparateUnit
-//     Weighted  TestItem, 7: the same key twice
+//     Light     TestItem, 7
 void fillSampleTree(TestGroup& root)
 {
     root.add(std::make_unique<StringUnit>("Serial", LocalString::create("Serial number", "Серийный номер"),
@@ -40,7 +40,7 @@ void fillSampleTree(TestGroup& root)
     first->weight = 42;
     first->setIsHidden(true);
     inner->add(std::make_unique<SeparateUnit>("Split", LocalString("Group"), LocalString("Group")));
-    inner->add(std::make_unique<TestItem>("Weighted"))->weight = 7;
+    inner->add(std::make_unique<TestItem>("Light"))->weight = 7;
 }
 
 } // namespace
@@ -96,7 +96,7 @@ TEST(NodeXmlTest, ExistingChildrenAreReadInPlace)
     ASSERT_EQ(inner->size(), 3u);
     EXPECT_EQ(inner->at(0), prepared);
     EXPECT_EQ(prepared->weight, 42);
-    EXPECT_EQ(static_cast<TestItem*>(inner->at(2))->weight, 7) << "the second key makes a second node";
+    EXPECT_EQ(static_cast<TestItem*>(inner->at(2))->weight, 7) << "a key the target lacks makes a new node";
 }
 
 TEST(NodeXmlTest, FixedStructureIsReadInPlaceWithItsOwnDescriptions)
@@ -146,7 +146,8 @@ TEST(NodeXmlTest, BadChildrenAreReportedAndReadingGoesOn)
     TestGroup root("Root");
     ASSERT_NO_THROW(loadFromString(root, text, makeMode(SerializationMode::User, &problems)));
 
-    const char* expectedInProblems[] = {"no Id", "Nope::Unknown", "Nameless", "Bad", "Heavy", "maybe", "Text"};
+    const char* expectedInProblems[] = {"'text between'", "no Id", "Nope::Unknown", "Nameless", "Bad", "Heavy",
+                                        "maybe", "Text"};
     ASSERT_EQ(problems.size(), std::size(expectedInProblems));
     for (std::size_t i = 0; i < problems.size(); ++i) {
         SCOPED_TRACE(problems[i]);
