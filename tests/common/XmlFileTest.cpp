@@ -9,6 +9,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -121,6 +122,14 @@ TEST(XmlFileTest, WritesOnlyOverRegularFilesAndThroughLinks)
          },
          "it is not a regular file",
          [](const TemporaryFolder& folder) { EXPECT_TRUE(fs::is_fifo(folder.file("fifo"))); }},
+        // What `--output /dev/null` names, in a folder of the test's own.
+        {"a device",
+         [](const TemporaryFolder& folder) {
+             if (::mknod(folder.file("p.xml").c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0)
+                 ::mkfifo(folder.file("p.xml").c_str(), 0666); // not root: a pipe stands in
+         },
+         "it is not a regular file",
+         [](const TemporaryFolder& folder) { EXPECT_FALSE(fs::is_regular_file(folder.file("p.xml"))); }},
         {"a folder", [](const TemporaryFolder& folder) { fs::create_directory(folder.file("p.xml")); },
          "it is not a regular file",
          [](const TemporaryFolder& folder) { EXPECT_TRUE(fs::is_directory(folder.file("p.xml"))); }},

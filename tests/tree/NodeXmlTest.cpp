@@ -236,3 +236,46 @@ TEST(NodeXmlTest, ReportFrame)
         EXPECT_EQ(report->find(row.xpath).size(), row.count);
     }
 }
+
+// Elements that could not be read come back in saves of the kind they were read with, once, however often the
+// tree reads its file again.
+TEST(NodeXmlTest, UnreadableChildrenAreKeptForTheirOwnKind)
+{
+    const std::string text = R"(<Root><Node Id="Root" Class="TreeTest::TestGroup">)"
+                             R"(<Node Id="A" Class="TreeTest::TestItem" Weight="1"/>)"
+                             R"(<Node Id="Ghost" Class="Nope::Unknown"><Inner x="1">t</Inner></Node>)"
+                             R"(<Node Id="B" Class="TreeTest::TestItem" Weight="2"/>)"
+                             R"(<Node Class="TreeTest::TestItem"/>)"
+                             R"(</Node></Root>)";
+    const std::string ghost = R"(<Node Id="Ghost" Class="Nope::Unknown"><Inner x="1">t</Inner></Node>)";
+    const std::string keyless = R"(<Node Class="TreeTest::TestItem"/>)";
+    for (std::uint8_t kind : {SerializationMode::System, SerializationMode::User}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        const std::uint8_t other = kind == SerializationMode::User ? SerializationMode::System : SerializationMode::User;
+        TestGroup root("Root");
+        for (int round = 0; round < 2; ++round) {
+            std::vector<std::string> problems;
+            loadFromString(root, text, makeMode(kind, &problems));
+            EXPECT_EQ((std::vector<std::string>{
+                          "Root/Ghost: the class 'Nope::Unknown' is unknown; it is kept unread and saved as it was",
+                          "Root: a child element has no Id; it is kept unread and saved as it was"}),
+                      problems);
+        }
+        const std::string saved = saveToString(root, makeMode(kind));
+        const std::size_t at = saved.find(ghost);
+        ASSERT_NE(std::string::npos, at) << saved;
+        EXPECT_EQ(std::string::npos, saved.find(ghost, at + 1));
+        EXPECT_LT(saved.find("<Node Id=\"A\""), at);
+        EXPECT_LT(at, saved.find("<Node Id=\"B\""));
+        EXPECT_LT(saved.find("<Node Id=\"B\""), saved.find(keyless));
+
+        const std::string otherSave = saveToString(root, makeMode(other));
+        EXPECT_EQ(std::string::npos, otherSave.find("Ghost"));
+        EXPECT_EQ(std::string::npos, otherSave.find(keyless));
+
+        // When the sibling it followed is gone, the element still comes back, at the end.
+        root.remove(root.findChild("A"));
+        const std::string withoutA = saveToString(root, makeMode(kind));
+        EXPECT_NE(std::string::npos, withoutA.find(ghost));
+    }
+}
