@@ -75,8 +75,12 @@ std::string HtmlReport::findStylesheet(const std::string& explicitPath)
     if (!explicitPath.empty())
         return isFile(explicitPath) ? explicitPath : std::string();
 
-    // This source file lies in demo/runner/, the stylesheet in demo/data/ of the same tree.
+    // The stylesheet in demo/data/ of the source tree this program was built from.
+#ifdef ZTR_SOURCE_DATA
+    const fs::path sourceTree = fs::path(ZTR_SOURCE_DATA) / "report.xsl";
+#else
     const fs::path sourceTree = fs::path(__FILE__).parent_path().parent_path() / "data" / "report.xsl";
+#endif
     if (sourceTree.is_absolute() && isFile(sourceTree))
         return sourceTree.string();
 

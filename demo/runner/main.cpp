@@ -6,6 +6,7 @@
 #include "runner/DeferredSignals.h"
 #include "runner/HtmlReport.h"
 #include "runner/InterruptFlag.h"
+#include "runner/ProjectCheck.h"
 #include "runner/RunProgress.h"
 #include "runner/RunnerOptions.h"
 #include "containers/ProjectFile.h"
@@ -62,24 +63,20 @@ int checkOnly(const ZemDemo::RunnerOptions& options)
 {
     if (!checkTemplateFolder(options))
         return exitError;
-    ZemTree::ProjectFile file(templateFolderOf(options, options.checkPath));
-    std::unique_ptr<ZemTree::Node> root;
-    try {
-        root = file.load(options.checkPath);
-    }
-    catch (const std::exception& error) {
-        printError(error.what());
+    const ZemDemo::ProjectCheck check =
+        ZemDemo::checkProjectFile(options.checkPath, templateFolderOf(options, options.checkPath));
+    if (!check.isLoaded) {
+        printError(check.error);
         return exitError;
     }
-    file.noteUnkeptContent(*root, options.checkPath);
-    for (const std::string& problem : file.getProblems())
+    for (const std::string& problem : check.problems)
         std::cerr << problem << "\n";
     std::cerr.flush();
-    if (file.getProblems().empty()) {
+    if (check.problems.empty()) {
         std::cout << options.checkPath << ": loads without problems" << std::endl;
         return exitPassed;
     }
-    std::cout << options.checkPath << ": loads with " << file.getProblems().size() << " problem(s)" << std::endl;
+    std::cout << options.checkPath << ": loads with " << check.problems.size() << " problem(s)" << std::endl;
     return exitFailed;
 }
 
