@@ -352,7 +352,8 @@ bool XmlFile::isTemporaryName(const std::string& name, const std::string& target
         || name.compare(name.size() - 4, 4, ".tmp") != 0)
         return false;
     for (std::size_t i = prefixSize; i < prefixSize + 16; ++i) {
-        if (std::isxdigit(static_cast<unsigned char>(name[i])) == 0 || std::isupper(static_cast<unsigned char>(name[i])))
+        const auto c = static_cast<unsigned char>(name[i]);
+        if (std::isxdigit(c) == 0 || std::isupper(c) != 0)
             return false;
     }
     return true;

@@ -358,8 +358,7 @@ void Node::_checkOwnText(xmlpp::Element* own, const SerializationMode& mode) con
             continue;
         const std::string text = child->content != nullptr ? reinterpret_cast<const char*>(child->content) : "";
         if (text.find_first_not_of(" \t\r\n") != std::string::npos)
-            _onSerializationError("the text " + quotedText(text) + " stands outside any element and is not read",
-                                  mode);
+            _onSerializationError("the text " + quotedText(text) + " stands outside any element and is not read", mode);
     }
     if (values > 1)
         _onSerializationError("the element holds " + std::to_string(values) + " Value elements; the first is read",
@@ -417,8 +416,7 @@ void Node::_onSerializationError(const std::string& message, const Serialization
     }
 }
 
-void Node::_onSerializationErrorAt(const std::string& path, const std::string& message,
-                                   const SerializationMode& mode)
+void Node::_onSerializationErrorAt(const std::string& path, const std::string& message, const SerializationMode& mode)
 {
     if (mode.problems == nullptr)
         return;
@@ -539,8 +537,8 @@ Node* Node::_readChildElement(xmlpp::Element* element, const SerializationMode& 
             return nullptr;
         }
         if (child->_id != id)
-            _onSerializationErrorAt(childPath, "a second node with this Id is read as '" + here + "/" + child->_id + "'",
-                                    mode);
+            _onSerializationErrorAt(childPath,
+                                    "a second node with this Id is read as '" + here + "/" + child->_id + "'", mode);
     }
 
     matched.push_back(child);

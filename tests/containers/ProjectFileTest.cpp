@@ -384,8 +384,8 @@ TEST(ProjectFile, UnreadableElementsSurviveSaves)
     const std::string project = fileText(folder.file("project.xml"));
     const std::string test1 = elementText(project, "<Node Id=\"Test1\"");
     ASSERT_FALSE(test1.empty());
-    const std::string testClass = test1.substr(test1.find("Class=\""), test1.find('"', test1.find("Class=\"") + 7)
-                                                                          - test1.find("Class=\"") + 1);
+    const std::size_t classAt = test1.find("Class=\"");
+    const std::string testClass = test1.substr(classAt, test1.find('"', classAt + 7) - classAt + 1);
     const std::string tests = "Root/Collection/Protection0/Tests";
 
     const std::string unknownTest1 = replaced(test1, testClass, "Class=\"No::Such\"");
@@ -480,7 +480,8 @@ TEST(ProjectFile, SecondRootNodesAreKeptForTheirOwnTree)
     ProjectFile file;
     file.save(*buildProject(), folder.file("project.xml"));
     const std::string spare = "<Node Id=\"Spare\" Class=\"X\"><Item>1</Item></Node><Node Class=\"Y\"/>";
-    writeFile(folder.file("edited.xml"), replaced(fileText(folder.file("project.xml")), "</Project>", spare + "</Project>"));
+    writeFile(folder.file("edited.xml"),
+              replaced(fileText(folder.file("project.xml")), "</Project>", spare + "</Project>"));
 
     ProjectFile reader;
     const std::unique_ptr<Node> root = reader.load(folder.file("edited.xml"));
@@ -514,7 +515,8 @@ TEST(ProjectFile, CheckFindsWhatASaveWouldDrop)
         std::vector<std::string> problems;
     } rows[] = {
         {"the program's own file", project, {}},
-        {"an unknown attribute", replaced(project, "<Node Id=\"Protection1\"", "<Node Colour=\"red\" Id=\"Protection1\""),
+        {"an unknown attribute",
+         replaced(project, "<Node Id=\"Protection1\"", "<Node Colour=\"red\" Id=\"Protection1\""),
          {"Root/Collection/Protection1: the attribute Colour is unknown here; a save drops it"}},
         {"an unknown element deep down, twice", withinTest2("<Note/><Note/>"),
          {test + ": the element Note is unknown here; a save drops it"}},

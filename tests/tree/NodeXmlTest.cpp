@@ -251,7 +251,8 @@ TEST(NodeXmlTest, UnreadableChildrenAreKeptForTheirOwnKind)
     const std::string keyless = R"(<Node Class="TreeTest::TestItem"/>)";
     for (std::uint8_t kind : {SerializationMode::System, SerializationMode::User}) {
         SCOPED_TRACE(static_cast<int>(kind));
-        const std::uint8_t other = kind == SerializationMode::User ? SerializationMode::System : SerializationMode::User;
+        const std::uint8_t other =
+            kind == SerializationMode::User ? SerializationMode::System : SerializationMode::User;
         TestGroup root("Root");
         for (int round = 0; round < 2; ++round) {
             std::vector<std::string> problems;
