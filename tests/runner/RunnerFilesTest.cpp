@@ -363,6 +363,7 @@ TEST(RunnerFilesTest, EachFaultIsToldInOneLineWithItsPath)
         std::vector<std::string> arguments;
         int exitCode;
         std::string line; // a part of the one line on stderr
+        std::function<void(const TemporaryFolder&)> check = [](const TemporaryFolder&) {};
     };
     const auto edited = [](std::function<std::string(const std::string&)> edit) {
         return [edit](SampleFolder& s) { writeFile(s.folder.file("edited.xml"), edit(s.project)); };
@@ -426,6 +427,17 @@ TEST(RunnerFilesTest, EachFaultIsToldInOneLineWithItsPath)
          },
          {"--new", "--seed", "1", "--output", "p.xml", "--report", "report"}, 2,
          "Cannot create the report image folder report/images: "},
+        {"a report that cannot be written",
+         [](SampleFolder& s) { fs::create_directories(s.folder.file("report/report.xml")); },
+         {"--new", "--seed", "1", "--output", "p.xml", "--report", "report"}, 2,
+         "zemtree-run: The report 'report/report.xml' cannot be written: it is not a regular file",
+         [](const TemporaryFolder& f) {
+             // The pictures it had drawn went with it.
+             std::size_t pictures = 0;
+             for (const fs::directory_entry& entry : fs::directory_iterator(f.file("report/images")))
+                 pictures += entry.path().extension() == ".png" ? 1 : 0;
+             EXPECT_EQ(0u, pictures);
+         }},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text);
@@ -435,5 +447,6 @@ TEST(RunnerFilesTest, EachFaultIsToldInOneLineWithItsPath)
         EXPECT_EQ(row.exitCode, outcome.exitCode) << outcome.err;
         EXPECT_EQ(1u, lineCount(outcome.err)) << outcome.err;
         EXPECT_NE(std::string::npos, outcome.err.find(row.line)) << outcome.err;
+        row.check(sample.folder);
     }
 }
