@@ -3,6 +3,7 @@
 #include "containers/TestableContainer.h"
 #include "containers/ZemTreeRelayTreeResources.h"
 #include "core/common/PathHelper.h"
+#include "core/common/StringHelper.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/XmlFile.h"
 #include "core/common/XmlInclude.h"
@@ -137,6 +138,14 @@ std::set<std::string> picturesOfReportFile(const std::string& path)
     }
 }
 
+// A problem on one line, even when a key from the file holds a line break.
+std::string oneLine(const std::string& text)
+{
+    if (text.find_first_of("\r\n") == std::string::npos)
+        return text;
+    return Zem::StringHelper::replaceAll(Zem::StringHelper::replaceAll(text, "\r", "\\r"), "\n", "\\n");
+}
+
 // Children of `element` that are elements named `name` (any name when empty).
 std::vector<xmlpp::Element*> childElements(xmlpp::Element* element, const std::string& name)
 {
@@ -162,8 +171,8 @@ void compareNodeElements(xmlpp::Element* read, xmlpp::Element* saved, const std:
 {
     for (const xmlpp::Attribute* attribute : read->get_attributes()) {
         if (saved->get_attribute(attribute->get_name()) == nullptr)
-            problems.push_back(path + ": the attribute " + std::string(attribute->get_name())
-                               + " is unknown here; a save drops it");
+            problems.push_back(oneLine(path + ": the attribute " + std::string(attribute->get_name())
+                                       + " is unknown here; a save drops it"));
     }
     std::map<std::string, int> savedNames;
     for (xmlpp::Element* element : childElements(saved, ""))
@@ -172,7 +181,7 @@ void compareNodeElements(xmlpp::Element* read, xmlpp::Element* saved, const std:
     for (xmlpp::Element* element : childElements(read, "")) {
         const std::string name = element->get_name();
         if (name != Node::XmlElementName && ++readNames[name] == savedNames[name] + 1)
-            problems.push_back(path + ": the element " + name + " is unknown here; a save drops it");
+            problems.push_back(oneLine(path + ": the element " + name + " is unknown here; a save drops it"));
     }
 
     std::map<std::string, std::vector<xmlpp::Element*>> savedChildren;
@@ -268,8 +277,8 @@ void ProjectFile::_keepOtherRoots(const Node& root, const std::vector<xmlpp::Ele
         if (copy == nullptr)
             throw std::runtime_error("Out of memory while keeping the root node '" + name + "'");
         _keptAfterRoot.emplace_back(copy, xmlFreeNode);
-        _problems.push_back(name + ": a second root node; it is kept unread and saved as it was after '" + root.getId()
-                            + "'");
+        _problems.push_back(oneLine(name + ": a second root node; it is kept unread and saved as it was after '"
+                                    + root.getId() + "'"));
     }
 }
 
@@ -286,9 +295,9 @@ void ProjectFile::_noteMissingTemplates(Node& root)
         if (activator->getPath().find_first_of("/\\") != std::string::npos)
             continue;
         const std::string saved = Zem::getPathFileNameWithoutExtension(activator->getPath());
-        _problems.push_back(node->getHierarchicalId() + ": the template '" + activator->getPath()
-                            + "' is not in the template folder; its saved values are read and the name '" + saved
-                            + "' is saved");
+        _problems.push_back(oneLine(node->getHierarchicalId() + ": the template '" + activator->getPath()
+                                    + "' is not in the template folder; its saved values are read and the name '"
+                                    + saved + "' is saved"));
     }
 }
 

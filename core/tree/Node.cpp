@@ -1,5 +1,6 @@
 #include "core/tree/Node.h"
 
+#include "core/common/StringHelper.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/LocalStringTypeConverter.h"
@@ -421,7 +422,11 @@ void Node::_onSerializationErrorAt(const std::string& path, const std::string& m
     if (mode.problems == nullptr)
         return;
     try {
-        mode.problems->push_back(path + ": " + message);
+        // One problem, one line, even when a key from the file holds a line break.
+        std::string line = path + ": " + message;
+        if (line.find_first_of("\r\n") != std::string::npos)
+            line = Zem::StringHelper::replaceAll(Zem::StringHelper::replaceAll(line, "\r", "\\r"), "\n", "\\n");
+        mode.problems->push_back(line);
     }
     catch (const std::bad_alloc&) {
         // Out of memory while reporting: the problem is lost, the reading goes on.

@@ -399,6 +399,12 @@ TEST(RunnerFilesTest, EachFaultIsToldInOneLineWithItsPath)
                                  "stray words<Description Text=\"Pickup current\">");
          }),
          check, 1, pickupPath + ": the text 'stray words' stands outside any element and is not read"},
+        {"a key with a line break in it",
+         edited([](const std::string& p) {
+             return replacedOnce(p, "<Node Id=\"Pickup\" Class=\"ZemDemo::PickupTest\"",
+                                 "<Node Id=\"Pick&#10;up\" Class=\"ZemDemo::NoSuchTest\"");
+         }),
+         check, 1, testsPath + "/Pick\\nup: the class 'ZemDemo::NoSuchTest' is unknown"},
         {"a broken template file",
          [](SampleFolder& s) {
              writeFile(s.folder.file("edited.xml"),
