@@ -12,6 +12,7 @@
 
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 #include <algorithm>
 #include <chrono>
@@ -244,6 +245,14 @@ TEST(RunnerFilesTest, OutputTargetsAreReplacedOnlyWhenSafe)
         {"a pipe", [](const TemporaryFolder& f) { ::mkfifo(f.file("out.xml").c_str(), 0644); }, 0, 2,
          "cannot be written: it is not a regular file",
          [](const TemporaryFolder& f) { EXPECT_TRUE(fs::is_fifo(f.file("out.xml"))); }},
+        // What `--output /dev/null` names, made in the test's own folder; a pipe stands in for one without root.
+        {"a device",
+         [](const TemporaryFolder& f) {
+             if (::mknod(f.file("out.xml").c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0)
+                 ::mkfifo(f.file("out.xml").c_str(), 0666);
+         },
+         0, 2, "cannot be written: it is not a regular file",
+         [](const TemporaryFolder& f) { EXPECT_FALSE(fs::is_regular_file(f.file("out.xml"))); }},
         {"a folder", [](const TemporaryFolder& f) { fs::create_directory(f.file("out.xml")); }, 0, 2,
          "cannot be written: it is not a regular file",
          [](const TemporaryFolder& f) { EXPECT_TRUE(fs::is_directory(f.file("out.xml"))); }},
