@@ -8,15 +8,21 @@
 
 namespace ZemDemo {
 
+ProjectCheck::ProjectCheck() = default;
+ProjectCheck::~ProjectCheck() = default;
+ProjectCheck::ProjectCheck(ProjectCheck&&) noexcept = default;
+ProjectCheck& ProjectCheck::operator=(ProjectCheck&&) noexcept = default;
+
 ProjectCheck checkProjectFile(const std::string& path, const std::string& templateFolder)
 {
     ProjectCheck check;
     ZemTree::ProjectFile file(templateFolder);
     try {
-        const std::unique_ptr<ZemTree::Node> root = file.load(path);
-        file.noteUnkeptContent(*root, path);
+        check.root = file.load(path);
+        file.noteUnkeptContent(*check.root, path);
     }
     catch (const std::exception& error) {
+        check.root.reset();
         check.error = error.what();
         return check;
     }

@@ -1,7 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
+
+namespace ZemTree {
+class Node;
+}
 
 namespace ZemDemo {
 
@@ -12,6 +17,13 @@ struct ProjectCheck {
     std::string error;
     // Each problem of a file that loads, one line each, naming the node by its path.
     std::vector<std::string> problems;
+    // The loaded tree, for checks of its own that a caller adds.
+    std::unique_ptr<ZemTree::Node> root;
+
+    ProjectCheck();
+    ~ProjectCheck();
+    ProjectCheck(ProjectCheck&&) noexcept;
+    ProjectCheck& operator=(ProjectCheck&&) noexcept;
 };
 
 // Loads the project at `path` with the templates of `templateFolder` and lists its problems, those of the load
