@@ -2,6 +2,8 @@
 
 #include "containers/TestableContainer.h"
 #include "containers/ZemTreeRelayTreeResources.h"
+#include "core/common/PathHelper.h"
+#include "core/common/StringHelper.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/XmlFile.h"
 #include "core/common/XmlInclude.h"
@@ -23,6 +25,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -39,8 +42,9 @@ namespace {
 
 const char* const templateElementName = "Template";
 
-// Parses the file at `path` into `parser` and returns the node element it holds. Throws std::runtime_error.
-xmlpp::Element* parseProject(const std::string& path, xmlpp::DomParser& parser)
+// Parses the file at `path` into `parser` and returns the node element it holds; `others` receives the node
+// elements after it, which a project never has but a damaged or hand-made one may. Throws std::runtime_error.
+xmlpp::Element* parseProject(const std::string& path, xmlpp::DomParser& parser, std::vector<xmlpp::Element*>& others)
 {
     Zem::XmlFile::parse(path, parser, "project");
 
@@ -48,14 +52,22 @@ xmlpp::Element* parseProject(const std::string& path, xmlpp::DomParser& parser)
     xmlpp::Element* const root = document != nullptr ? document->get_root_node() : nullptr;
     if (root != nullptr && root->get_name() == Node::XmlElementName)
         return root;
+    xmlpp::Element* first = nullptr;
     if (root != nullptr
         && (root->get_name() == ProjectFile::ProjectElementName || root->get_name() == templateElementName)) {
         for (xmlpp::Node* child : root->get_children(Node::XmlElementName)) {
-            if (auto* element = dynamic_cast<xmlpp::Element*>(child))
-                return element;
+            auto* element = dynamic_cast<xmlpp::Element*>(child);
+            if (element == nullptr)
+                continue;
+            if (first == nullptr)
+                first = element;
+            else
+                others.push_back(element);
         }
     }
-    throw std::runtime_error("The file '" + path + "' holds no project");
+    if (first == nullptr)
+        throw std::runtime_error("The file '" + path + "' holds no project");
+    return first;
 }
 
 std::string className(const xmlpp::Element* element)
@@ -64,7 +76,8 @@ std::string className(const xmlpp::Element* element)
     return attribute != nullptr ? std::string(attribute->get_value()) : std::string();
 }
 
-void writeTree(const Node& root, const std::string& path, const char* rootElement, std::uint8_t kind, const char* what)
+void writeTree(const Node& root, const std::string& path, const char* rootElement, std::uint8_t kind, const char* what,
+               const std::vector<std::shared_ptr<xmlNode>>& keptAfterRoot = {})
 {
     xmlpp::Document document;
     // Element and attribute names are few and repeat on every node: a dictionary keeps one copy of each instead
@@ -74,6 +87,8 @@ void writeTree(const Node& root, const std::string& path, const char* rootElemen
     SerializationMode mode;
     mode.kind = kind;
     root.getXml(element, mode);
+    for (const std::shared_ptr<xmlNode>& kept : keptAfterRoot)
+        xmlAddChild(element->cobj(), xmlDocCopyNode(kept.get(), document.cobj(), 1));
     Zem::XmlFile::writeAtomically(path, Zem::XmlFile::toText(document, false), what);
 }
 
@@ -88,6 +103,20 @@ std::set<std::string> picturesNamedBy(xmlpp::Element* root)
         const auto* attribute = dynamic_cast<const xmlpp::Attribute*>(node);
         const std::string name = attribute != nullptr ? std::string(attribute->get_value()) : std::string();
         if (name.size() > 4 && name.compare(name.size() - 4, 4, ".png") == 0 && fs::path(name).filename() == name)
+            names.insert(name);
+    }
+    return names;
+}
+
+// The PNG files in `folder` now.
+std::set<std::string> picturesIn(const std::string& folder)
+{
+    std::set<std::string> names;
+    std::error_code error;
+    fs::directory_iterator entries(folder, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        const std::string name = entries->path().filename().string();
+        if (entries->path().extension() == ".png")
             names.insert(name);
     }
     return names;
@@ -109,6 +138,66 @@ std::set<std::string> picturesOfReportFile(const std::string& path)
     }
 }
 
+// A problem on one line, even when a key from the file holds a line break.
+std::string oneLine(const std::string& text)
+{
+    if (text.find_first_of("\r\n") == std::string::npos)
+        return text;
+    return Zem::StringHelper::replaceAll(Zem::StringHelper::replaceAll(text, "\r", "\\r"), "\n", "\\n");
+}
+
+// Children of `element` that are elements named `name` (any name when empty).
+std::vector<xmlpp::Element*> childElements(xmlpp::Element* element, const std::string& name)
+{
+    std::vector<xmlpp::Element*> elements;
+    for (xmlpp::Node* child : element->get_children()) {
+        auto* childElement = dynamic_cast<xmlpp::Element*>(child);
+        if (childElement != nullptr && (name.empty() || childElement->get_name() == name))
+            elements.push_back(childElement);
+    }
+    return elements;
+}
+
+std::string idOf(const xmlpp::Element* element)
+{
+    const xmlpp::Attribute* const id = element->get_attribute("Id");
+    return id != nullptr ? std::string(id->get_value()) : std::string();
+}
+
+// Walks a node element of a file beside the element a save wrote for it; node children pair up by key, the
+// n-th of a key with the n-th.
+void compareNodeElements(xmlpp::Element* read, xmlpp::Element* saved, const std::string& path,
+                         std::vector<std::string>& problems)
+{
+    for (const xmlpp::Attribute* attribute : read->get_attributes()) {
+        if (saved->get_attribute(attribute->get_name()) == nullptr)
+            problems.push_back(oneLine(path + ": the attribute " + std::string(attribute->get_name())
+                                       + " is unknown here; a save drops it"));
+    }
+    std::map<std::string, int> savedNames;
+    for (xmlpp::Element* element : childElements(saved, ""))
+        ++savedNames[element->get_name()];
+    std::map<std::string, int> readNames;
+    for (xmlpp::Element* element : childElements(read, "")) {
+        const std::string name = element->get_name();
+        if (name != Node::XmlElementName && ++readNames[name] == savedNames[name] + 1)
+            problems.push_back(oneLine(path + ": the element " + name + " is unknown here; a save drops it"));
+    }
+
+    std::map<std::string, std::vector<xmlpp::Element*>> savedChildren;
+    for (xmlpp::Element* element : childElements(saved, Node::XmlElementName))
+        savedChildren[idOf(element)].push_back(element);
+    std::map<std::string, std::size_t> seen;
+    for (xmlpp::Element* element : childElements(read, Node::XmlElementName)) {
+        const std::string id = idOf(element);
+        const std::size_t index = seen[id]++;
+        const auto found = savedChildren.find(id);
+        if (id.empty() || found == savedChildren.end() || index >= found->second.size())
+            continue;
+        compareNodeElements(element, found->second[index], path + "/" + id, problems);
+    }
+}
+
 } // namespace
 
 ProjectFile::ProjectFile(const std::string& templateFolder) : _templateFolder(templateFolder)
@@ -119,7 +208,8 @@ ProjectFile::ProjectFile(const std::string& templateFolder) : _templateFolder(te
 std::unique_ptr<Node> ProjectFile::load(const std::string& path)
 {
     xmlpp::DomParser parser;
-    xmlpp::Element* const element = parseProject(path, parser);
+    std::vector<xmlpp::Element*> others;
+    xmlpp::Element* const element = parseProject(path, parser, others);
     const std::string rootClass = className(element);
     if (rootClass.empty())
         throw std::runtime_error("The project '" + path + "' names no class for its root");
@@ -146,13 +236,15 @@ std::unique_ptr<Node> ProjectFile::load(const std::string& path)
         throw std::runtime_error("The project '" + path + "' cannot be read: " + exception.what());
     }
     _noteMissingTemplates(*root);
+    _keepOtherRoots(*root, others);
     return root;
 }
 
 void ProjectFile::read(Node& root, const std::string& path)
 {
     xmlpp::DomParser parser;
-    xmlpp::Element* const element = parseProject(path, parser);
+    std::vector<xmlpp::Element*> others;
+    xmlpp::Element* const element = parseProject(path, parser, others);
     const std::string rootClass = className(element);
     const std::string ownClass = Zem::TypeHelper::getTypeName(typeid(root));
     if (!rootClass.empty() && rootClass != ownClass)
@@ -171,6 +263,23 @@ void ProjectFile::read(Node& root, const std::string& path)
         throw std::runtime_error("The project '" + path + "' cannot be read: " + exception.what());
     }
     _noteMissingTemplates(root);
+    _keepOtherRoots(root, others);
+}
+
+void ProjectFile::_keepOtherRoots(const Node& root, const std::vector<xmlpp::Element*>& others)
+{
+    _keptRoot = &root;
+    _keptAfterRoot.clear();
+    for (xmlpp::Element* element : others) {
+        const xmlpp::Attribute* const id = element->get_attribute("Id");
+        const std::string name = id != nullptr ? std::string(id->get_value()) : std::string("?");
+        xmlNode* const copy = xmlDocCopyNode(element->cobj(), nullptr, 1);
+        if (copy == nullptr)
+            throw std::runtime_error("Out of memory while keeping the root node '" + name + "'");
+        _keptAfterRoot.emplace_back(copy, xmlFreeNode);
+        _problems.push_back(oneLine(name + ": a second root node; it is kept unread and saved as it was after '"
+                                    + root.getId() + "'"));
+    }
 }
 
 // A container whose template was not found holds a placeholder that only keeps the name for the next save.
@@ -182,16 +291,36 @@ void ProjectFile::_noteMissingTemplates(Node& root)
         const NodeTemplateActivator* activator = container ? container->getTemplateActivator() : nullptr;
         if (activator == nullptr || activator->getOwner() != nullptr || !activator->getName().empty())
             continue;
-        const std::string where =
-            node == &root ? std::string("the root") : "'" + NodePathHelper::getPath(&root, node) + "'";
-        _problems.push_back("The template '" + activator->getPath() + "' of " + where
-                            + " is not in the template folder; its saved values are read and the name is kept");
+        // A name with a folder in it was told of as it was read.
+        if (activator->getPath().find_first_of("/\\") != std::string::npos)
+            continue;
+        const std::string saved = Zem::getPathFileNameWithoutExtension(activator->getPath());
+        _problems.push_back(oneLine(node->getHierarchicalId() + ": the template '" + activator->getPath()
+                                    + "' is not in the template folder; its saved values are read and the name '"
+                                    + saved + "' is saved"));
     }
+}
+
+void ProjectFile::noteUnkeptContent(const Node& root, const std::string& path)
+{
+    xmlpp::DomParser parser;
+    std::vector<xmlpp::Element*> others;
+    xmlpp::Element* const read = parseProject(path, parser, others);
+
+    xmlpp::Document document;
+    xmlpp::Element* const holder = document.create_root_node(ProjectElementName);
+    SerializationMode mode;
+    mode.kind = SerializationMode::User;
+    xmlpp::Element* const saved = root.getXml(holder, mode);
+    if (saved != nullptr)
+        compareNodeElements(read, saved, root.getHierarchicalId(), _problems);
 }
 
 void ProjectFile::save(const Node& root, const std::string& path) const
 {
-    writeTree(root, path, ProjectElementName, SerializationMode::User, "project");
+    // Root nodes beyond the first belong to the tree they were read with.
+    writeTree(root, path, ProjectElementName, SerializationMode::User, "project",
+              &root == _keptRoot ? _keptAfterRoot : std::vector<std::shared_ptr<xmlNode>>());
 }
 
 void ProjectFile::saveTemplate(const Node& root, const std::string& path) const
@@ -211,8 +340,18 @@ std::string ProjectFile::writeReport(const Node& root, const std::string& folder
     xmlpp::Document document;
     xmlpp::Element* const element = document.create_root_node(ReportElementName);
     DisplayXmlParameters parameters(folder);
-    root.getDisplayXml(parameters, element);
-    Zem::XmlFile::writeAtomically(path, Zem::XmlFile::toText(document, true), "report");
+    const std::set<std::string> picturesBefore = picturesIn(parameters.getImageFolder());
+    try {
+        root.getDisplayXml(parameters, element);
+        Zem::XmlFile::writeAtomically(path, Zem::XmlFile::toText(document, true), "report");
+    }
+    catch (...) {
+        // A report cut short leaves no pictures that no report names.
+        for (const std::string& name : picturesIn(parameters.getImageFolder()))
+            if (picturesBefore.count(name) == 0)
+                fs::remove(fs::path(parameters.getImageFolder()) / name, error);
+        throw;
+    }
 
     // New pictures never take an existing file's name, so the report that was replaced leaves its own behind.
     // They go only now that the new report is whole: a failed write keeps the old report with its pictures.

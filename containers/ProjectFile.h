@@ -4,6 +4,12 @@
 #include <string>
 #include <vector>
 
+struct _xmlNode;
+
+namespace xmlpp {
+class Element;
+}
+
 namespace ZemTree {
 
 class Node;
@@ -19,6 +25,9 @@ class Node;
 // complete. Reading parses the whole file before it touches a tree, without DTD, entity substitution or network
 // access. Problems that the tree meets while reading (unknown classes, bad values, a template that is not in the
 // template folder) do not stop the reading; they are collected in getProblems().
+//
+// Elements that cannot be read are kept as they were and written back in their place (see Node); so are root
+// nodes after the first, which a save of the same tree through the same ProjectFile writes after it.
 //
 // Containers find their templates by `TemplateXml` in NodeTemplateActivatorCollection::instance(); the template
 // folder given here is added to it before each load.
@@ -53,6 +62,12 @@ public:
     std::string writeReport(const Node& root, const std::string& folder,
                             const std::string& fileName = "report.xml") const;
 
+    // Compares the project file at `path` with what a save of `root`, read from it, would write, and adds a
+    // problem for each attribute, element and piece of text of a node that the save would not keep: names
+    // this version does not know, and values it does not read. Throws std::runtime_error when the file cannot
+    // be read. For checking a file; a load does not do it, as it costs a second parse and a save.
+    void noteUnkeptContent(const Node& root, const std::string& path);
+
     // What the loads since the last clearProblems() met without stopping.
     const std::vector<std::string>& getProblems() const { return _problems; }
     void clearProblems() { _problems.clear(); }
@@ -60,9 +75,13 @@ public:
 private:
     void _loadTemplates() const;
     void _noteMissingTemplates(Node& root);
+    void _keepOtherRoots(const Node& root, const std::vector<xmlpp::Element*>& others);
 
     std::string _templateFolder;
     std::vector<std::string> _problems;
+    // Node elements after the first root of the last file read, copied out, and the tree they came with.
+    const Node* _keptRoot = nullptr;
+    std::vector<std::shared_ptr<_xmlNode>> _keptAfterRoot;
 };
 
 } // namespace ZemTree

@@ -105,13 +105,18 @@ void UnitableStructureContainer::setXml(xmlpp::Element* own, const Serialization
     const xmlpp::Attribute* const templateXml = own != nullptr ? own->get_attribute(templateXmlAttribute) : nullptr;
     if (mayBind && templateXml != nullptr) {
         const std::string name = templateXml->get_value();
+        // Templates come from the template folder only; a name with a folder in it never reaches outside.
+        const std::string savedName = Zem::getPathFileNameWithoutExtension(name);
+        if (name.find_first_of("/\\") != std::string::npos)
+            _onSerializationError("the template name '" + name + "' names a path outside the template folder; only '"
+                                      + savedName + "' is looked for there, and the project saves the name '"
+                                      + savedName + "'",
+                                  mode);
         NodeTemplateActivatorCollection& templates = NodeTemplateActivatorCollection::instance();
         _templateActivator = mode.kind == SerializationMode::System ? templates.getAssociatedSystemActivator(this, name)
                                                                     : templates.getAssociatedUserActivator(this, name);
         if (_templateActivator != nullptr && TemplateFillGuard::isInFill(_templateActivator)) {
-            _onSerializationError("The template '" + name + "' of '" + getHierarchicalId()
-                                      + "' contains itself; it is not applied again",
-                                  mode);
+            _onSerializationError("the template '" + name + "' contains itself; it is not applied again", mode);
         }
         else if (_templateActivator != nullptr) {
             const TemplateFillGuard guard(_templateActivator);
@@ -123,7 +128,10 @@ void UnitableStructureContainer::setXml(xmlpp::Element* own, const Serialization
                 templateMode.flag1 = true;
                 templateMode.flag2 = mode.flag2;
                 templateMode.problems = &templateProblems;
-                _templateActivator->fill(this, templateMode);
+                if (!_templateActivator->fill(this, templateMode) && !templateProblems.empty())
+                    _onSerializationError("the template '" + name + "' cannot be applied: " + templateProblems.back()
+                                              + "; the structure comes from the project alone",
+                                          mode);
             }
             else {
                 _templateActivator->fill(this, mode);

@@ -43,7 +43,8 @@ protected:
             return T();
         T result;
         if (!Converter::fromXmlData(resultElement, result))
-            throw std::runtime_error(parseErrorText);
+            throw std::runtime_error(std::string(parseErrorText) + ": the element " + resultElement->get_name()
+                                     + " holds no valid result");
         return result;
     }
 

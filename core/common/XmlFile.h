@@ -20,6 +20,8 @@ namespace Zem {
 //
 // Writing goes through a temporary file beside the target, flushed to disk and renamed over it, so a crash, a
 // full disk or a refused write never leaves a half-written file: the old one stays until the new one is whole.
+// Only a regular file or a new name is ever replaced; a symbolic link is followed and stays a link. The new file
+// keeps the old one's owner and permissions, and a file whose owner may not write it is refused.
 class XmlFile {
 public:
     XmlFile() = delete;
@@ -39,9 +41,27 @@ public:
     // The text of a document; blanks are added only when `indented`.
     static std::string toText(xmlpp::Document& document, bool indented);
 
-    // Replaces the file at `path` with `contents` as told above, keeping the old file's permissions. Throws
-    // std::runtime_error "The <what> '<path>' cannot be written: <reason>"; the old file is then as it was.
+    // Replaces the file at `path` with `contents` as told above. Temporary files that an earlier save to the same
+    // file left behind (a crash, a kill) are removed first. Throws std::runtime_error "The <what> '<path>' cannot
+    // be written: <reason>"; the old file is then as it was.
     static void writeAtomically(const std::string& path, const std::string& contents, const std::string& what);
+
+    // The file a save to `path` replaces: the end of its chain of symbolic links, and what the new file keeps of
+    // it. Throws std::runtime_error as writeAtomically does for a target that is no regular file or is read-only.
+    struct Target {
+        std::string path;
+        bool exists = false;
+        unsigned mode = 0;
+        unsigned owner = 0;
+        unsigned group = 0;
+    };
+    static Target resolveTarget(const std::string& path, const std::string& what);
+
+    // Whether `name` is one of the temporary files that a save to a file named `targetName` makes:
+    // ".<targetName>.<16 hexadecimal digits>.tmp".
+    static bool isTemporaryName(const std::string& name, const std::string& targetName);
+    // Removes the temporary files that saves to `path` left in its folder.
+    static void removeStaleTemporaries(const std::string& path);
 
     // Whether `contents` begins, after its XML declaration, comments and processing instructions, with a
     // document type declaration that carries anything: an internal subset or an external identifier.

@@ -27,8 +27,10 @@ std::string DisplayXmlParameters::generateNewImageName()
     const fs::path folder = getImageFolder().empty() ? fs::path(".") : fs::path(getImageFolder());
     std::error_code error;
     fs::create_directories(folder, error);
-    if (error || !fs::is_directory(folder, error))
-        throw std::runtime_error("Cannot create the report image folder " + folder.string());
+    if (!error && !fs::is_directory(folder, error) && !error)
+        error = std::make_error_code(std::errc::not_a_directory);
+    if (error)
+        throw std::runtime_error("Cannot create the report image folder " + folder.string() + ": " + error.message());
 
     // The counter alone keeps this report's names apart; the check on disk skips pictures left by another report.
     while (true) {

@@ -30,7 +30,7 @@ void EnumItem::_setExtendedXml(xmlpp::Element* own, const SerializationMode& mod
         _display = LocalStringTypeConverter::fromXmlData(display, false);
     }
     catch (const std::runtime_error& error) {
-        _onSerializationError("The display of the item '" + _value + "' cannot be read: " + error.what(), mode);
+        _onSerializationError("the display of the item '" + _value + "' cannot be read: " + error.what(), mode);
     }
 }
 

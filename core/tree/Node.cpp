@@ -1,9 +1,12 @@
 #include "core/tree/Node.h"
 
+#include "core/common/StringHelper.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/LocalStringTypeConverter.h"
 #include "core/tree/NodeFactory.h"
+
+#include <libxml/tree.h>
 
 #include <algorithm>
 #include <exception>
@@ -18,6 +21,31 @@ namespace {
 const char* const idAttribute = "Id";
 const char* const classAttribute = "Class";
 const char* const descriptionElement = "Description";
+// A unit's saved value; a second one in the same element is a fault of the file.
+const char* const valueElement = "Value";
+const char* const keptUnread = "; it is kept unread and saved as it was";
+
+// How long a piece of stray text may be in a message.
+constexpr std::size_t quotedTextLength = 40;
+
+std::string quotedText(const std::string& text)
+{
+    const auto first = text.find_first_not_of(" \t\r\n");
+    const auto last = text.find_last_not_of(" \t\r\n");
+    std::string shown = text.substr(first, last - first + 1);
+    for (char& c : shown) {
+        if (c == '\n' || c == '\r' || c == '\t')
+            c = ' ';
+    }
+    if (shown.size() > quotedTextLength) {
+        std::size_t cut = quotedTextLength;
+        // Never in the middle of a UTF-8 sequence.
+        while (cut > 0 && (static_cast<unsigned char>(shown[cut]) & 0xC0) == 0x80)
+            --cut;
+        shown = shown.substr(0, cut) + "...";
+    }
+    return "'" + shown + "'";
+}
 
 // The text by which messages name a node: its path when it has one, else its type.
 std::string nameForMessage(const Node& node)
@@ -116,11 +144,13 @@ xmlpp::Element* Node::getXml(xmlpp::Element* parent, const SerializationMode& mo
 void Node::setXml(xmlpp::Element* own, const SerializationMode& mode)
 {
     if (own == nullptr) {
-        _onSerializationError("No element to read '" + nameForMessage(*this) + "' from", mode);
+        _onSerializationError("there is no element to read the node from", mode);
         return;
     }
-    if (const xmlpp::Attribute* id = own->get_attribute(idAttribute))
+    const xmlpp::Attribute* const id = own->get_attribute(idAttribute);
+    if (id != nullptr && !_isIdGivenByParent)
         _id = id->get_value();
+    _checkOwnText(own, mode);
     _setExtendedXml(own, mode);
     _setDescriptorsXml(own, mode);
     _setContentXml(own, mode);
@@ -241,9 +271,18 @@ void Node::_setContentXml(xmlpp::Element* own, const SerializationMode& mode)
     // Each existing child answers to one element only, so that repeated keys in a file make new nodes
     // instead of reading the same node twice.
     std::vector<Node*> matched;
+    _keptElements.erase(std::remove_if(_keptElements.begin(), _keptElements.end(),
+                                       [&mode](const KeptElement& kept) { return kept.kind == mode.kind; }),
+                        _keptElements.end());
+    std::string afterId;
     for (xmlpp::Node* child : own->get_children(XmlElementName)) {
-        if (auto* element = dynamic_cast<xmlpp::Element*>(child))
-            _readChildElement(element, mode, matched);
+        auto* element = dynamic_cast<xmlpp::Element*>(child);
+        if (element == nullptr)
+            continue;
+        if (Node* read = _readChildElement(element, mode, matched))
+            afterId = read->_id;
+        else
+            _keepElement(element, afterId, mode);
     }
 }
 
@@ -258,8 +297,7 @@ void Node::_setDescriptorsXml(xmlpp::Element* own, const SerializationMode& mode
         setDescription(LocalStringTypeConverter::fromXmlData(description, false));
     }
     catch (const std::exception& error) {
-        _onSerializationError("The description of '" + nameForMessage(*this) + "' cannot be read: " + error.what(),
-                              mode);
+        _onSerializationError(std::string("the description cannot be read: ") + error.what(), mode);
     }
 }
 
@@ -267,9 +305,78 @@ void Node::_getExtendedXml(xmlpp::Element*, const SerializationMode&) const {}
 
 void Node::_getContentXml(xmlpp::Element* own, const SerializationMode& mode) const
 {
+    if (_keptElements.empty()) {
+        for (const Node* child : _items) {
+            if (child != nullptr)
+                child->getXml(own, mode);
+        }
+        return;
+    }
+    _writeKeptElements(own, std::string(), mode);
     for (const Node* child : _items) {
-        if (child != nullptr)
-            child->getXml(own, mode);
+        if (child == nullptr)
+            continue;
+        child->getXml(own, mode);
+        if (findChild(child->_id) == child)
+            _writeKeptElements(own, child->_id, mode);
+    }
+    // Those whose sibling has gone since come last.
+    for (const KeptElement& kept : _keptElements) {
+        if (kept.kind == mode.kind && !kept.afterId.empty() && findChild(kept.afterId) == nullptr)
+            xmlAddChild(own->cobj(), xmlDocCopyNode(kept.element.get(), own->cobj()->doc, 1));
+    }
+}
+
+void Node::_keepElement(xmlpp::Element* element, const std::string& afterId, const SerializationMode& mode)
+{
+    xmlNode* const copy = xmlDocCopyNode(element->cobj(), nullptr, 1);
+    if (copy == nullptr) {
+        _onSerializationError("a child element cannot be kept: out of memory", mode);
+        return;
+    }
+    KeptElement kept;
+    kept.element = std::shared_ptr<xmlNode>(copy, xmlFreeNode);
+    kept.afterId = afterId;
+    kept.kind = mode.kind;
+    _keptElements.push_back(std::move(kept));
+}
+
+void Node::_writeKeptElements(xmlpp::Element* own, const std::string& afterId, const SerializationMode& mode) const
+{
+    for (const KeptElement& kept : _keptElements) {
+        if (kept.kind == mode.kind && kept.afterId == afterId)
+            xmlAddChild(own->cobj(), xmlDocCopyNode(kept.element.get(), own->cobj()->doc, 1));
+    }
+}
+
+void Node::_checkOwnText(xmlpp::Element* own, const SerializationMode& mode) const
+{
+    int values = 0;
+    for (xmlNode* child = own->cobj()->children; child != nullptr; child = child->next) {
+        if (child->type == XML_ELEMENT_NODE && xmlStrEqual(child->name, BAD_CAST valueElement))
+            ++values;
+        if (child->type != XML_TEXT_NODE && child->type != XML_CDATA_SECTION_NODE)
+            continue;
+        const std::string text = child->content != nullptr ? reinterpret_cast<const char*>(child->content) : "";
+        if (text.find_first_not_of(" \t\r\n") != std::string::npos)
+            _onSerializationError("the text " + quotedText(text) + " stands outside any element and is not read", mode);
+    }
+    if (values > 1)
+        _onSerializationError("the element holds " + std::to_string(values) + " Value elements; the first is read",
+                              mode);
+}
+
+std::string Node::_pathForMessage() const
+{
+    return nameForMessage(*this);
+}
+
+std::string Node::_freeChildId(const std::string& id) const
+{
+    for (unsigned suffix = 2;; ++suffix) {
+        const std::string candidate = id + "_" + std::to_string(suffix);
+        if (findChild(candidate) == nullptr)
+            return candidate;
     }
 }
 
@@ -303,7 +410,23 @@ void Node::_onSerializationError(const std::string& message, const Serialization
     if (mode.problems == nullptr)
         return;
     try {
-        mode.problems->push_back(message);
+        _onSerializationErrorAt(_pathForMessage(), message, mode);
+    }
+    catch (const std::bad_alloc&) {
+        return;
+    }
+}
+
+void Node::_onSerializationErrorAt(const std::string& path, const std::string& message, const SerializationMode& mode)
+{
+    if (mode.problems == nullptr)
+        return;
+    try {
+        // One problem, one line, even when a key from the file holds a line break.
+        std::string line = path + ": " + message;
+        if (line.find_first_of("\r\n") != std::string::npos)
+            line = Zem::StringHelper::replaceAll(Zem::StringHelper::replaceAll(line, "\r", "\\r"), "\n", "\\n");
+        mode.problems->push_back(line);
     }
     catch (const std::bad_alloc&) {
         // Out of memory while reporting: the problem is lost, the reading goes on.
@@ -368,14 +491,16 @@ void Node::_emitHierarchicalPositionChanged(Args& args)
     }
 }
 
-void Node::_readChildElement(xmlpp::Element* element, const SerializationMode& mode, std::vector<Node*>& matched)
+Node* Node::_readChildElement(xmlpp::Element* element, const SerializationMode& mode, std::vector<Node*>& matched)
 {
+    const std::string here = _pathForMessage();
     const xmlpp::Attribute* const idValue = element->get_attribute(idAttribute);
     if (idValue == nullptr) {
-        _onSerializationError("A child of '" + nameForMessage(*this) + "' has no Id and is skipped", mode);
-        return;
+        _onSerializationError(std::string("a child element has no Id") + keptUnread, mode);
+        return nullptr;
     }
     const std::string id = idValue->get_value();
+    const std::string childPath = here + "/" + id;
 
     Node* child = nullptr;
     for (Node* candidate : _items) {
@@ -392,39 +517,46 @@ void Node::_readChildElement(xmlpp::Element* element, const SerializationMode& m
             created = _createNodeFromXml(element);
         }
         catch (const std::exception& error) {
-            _onSerializationError(
-                "The child '" + id + "' of '" + nameForMessage(*this) + "' cannot be created: " + error.what(), mode);
-            return;
+            _onSerializationErrorAt(childPath, std::string("the node cannot be created: ") + error.what() + keptUnread,
+                                    mode);
+            return nullptr;
         }
         if (!created) {
             const xmlpp::Attribute* const className = element->get_attribute(classAttribute);
-            _onSerializationError(className == nullptr ? "The child '" + id + "' of '" + nameForMessage(*this)
-                                                             + "' is not in the tree and names no class; it is skipped"
-                                                       : "The child '" + id + "' of '" + nameForMessage(*this)
-                                                             + "' has the unknown class '"
-                                                             + std::string(className->get_value()) + "'; it is skipped",
-                                  mode);
-            return;
+            const std::string name = className != nullptr ? std::string(className->get_value()) : std::string();
+            _onSerializationErrorAt(childPath,
+                                    (name.empty() ? std::string("the node is not part of the structure and names no "
+                                                                "class")
+                                                  : "the class '" + name + "' is unknown")
+                                        + keptUnread,
+                                    mode);
+            return nullptr;
         }
-        created->_id = id;
+        // Two siblings never share a key: the later one gets a key of its own, so a save keeps both apart.
+        created->_id = findChild(id) != nullptr ? _freeChildId(id) : id;
         try {
             child = add(std::move(created));
         }
         catch (const std::logic_error& error) {
-            _onSerializationError(
-                "The child '" + id + "' of '" + nameForMessage(*this) + "' is refused: " + error.what(), mode);
-            return;
+            _onSerializationErrorAt(childPath, std::string("the node is refused: ") + error.what() + keptUnread, mode);
+            return nullptr;
         }
+        if (child->_id != id)
+            _onSerializationErrorAt(childPath,
+                                    "a second node with this Id is read as '" + here + "/" + child->_id + "'", mode);
     }
 
     matched.push_back(child);
+    // A renamed child keeps its new key while it reads, so that its problems name it by the key it is saved with.
+    child->_isIdGivenByParent = child->_id != id;
     try {
         child->setXml(element, mode);
     }
     catch (const std::exception& error) {
-        _onSerializationError(
-            "The child '" + id + "' of '" + nameForMessage(*this) + "' is read only in part: " + error.what(), mode);
+        child->_onSerializationError(std::string("the node is read only in part: ") + error.what(), mode);
     }
+    child->_isIdGivenByParent = false;
+    return child;
 }
 
 } // namespace ZemTree

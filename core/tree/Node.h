@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+struct _xmlNode;
+
 namespace xmlpp {
 class Element;
 }
@@ -31,6 +33,10 @@ class DisplayXmlParameters;
 // Saved form: every node is an element named "Node" with the attributes `Id` and, when the class must be
 // rebuilt on reading, `Class`; below it the class's own attributes and child elements, then `Description`
 // (only while the descriptors are editable), then the children, each again a "Node" element.
+//
+// A child element that cannot be read (no `Id`, a `Class` that is missing, empty or unknown, a child the node
+// refuses) is kept as it was and written back after the sibling it followed, so that a save never drops what a
+// newer or a damaged file holds. Problems name the node by its full path: "<path from the root>: <what>".
 class Node : public Zem::NotifyUniquePtrCollection<Node>,
              public virtual IIdContainer,
              public virtual IDescriptionContainer,
@@ -131,8 +137,12 @@ protected:
 
     virtual void _onParentChanged() {}
 
-    // Records a problem met while reading without stopping the reading. Never throws.
+    // Records a problem met while reading without stopping the reading, as "<this node's path>: <message>".
+    // Never throws.
     void _onSerializationError(const std::string& message, const SerializationMode& mode) const;
+    // The same for a problem at another path, such as a child element that never became a node.
+    static void _onSerializationErrorAt(const std::string& path, const std::string& message,
+                                        const SerializationMode& mode);
 
     // Adds a property child even though this collection is locked: the lock is lifted and restored around it.
     Node* _addPropertyInner(std::unique_ptr<Node> property);
@@ -148,13 +158,29 @@ protected:
     static xmlpp::Element* _getFirstChildElement(xmlpp::Element* parent, const std::string& name);
 
 private:
+    // A child element that could not be read, copied out of its document; written back after the child with
+    // the key `afterId` (first when empty), in saves of the kind it was read with.
+    struct KeptElement {
+        std::shared_ptr<_xmlNode> element;
+        std::string afterId;
+        std::uint8_t kind = 0;
+    };
+
     void _emitHierarchicalPositionChanged(Args& args);
-    void _readChildElement(xmlpp::Element* element, const SerializationMode& mode, std::vector<Node*>& matched);
+    // Reads one child element; returns the child it went to, null when the element was kept unread.
+    Node* _readChildElement(xmlpp::Element* element, const SerializationMode& mode, std::vector<Node*>& matched);
+    void _keepElement(xmlpp::Element* element, const std::string& afterId, const SerializationMode& mode);
+    void _writeKeptElements(xmlpp::Element* own, const std::string& afterId, const SerializationMode& mode) const;
+    void _checkOwnText(xmlpp::Element* own, const SerializationMode& mode) const;
+    std::string _pathForMessage() const;
+    std::string _freeChildId(const std::string& id) const;
 
     std::string _id;
     LocalString _description;
     Node* _parent = nullptr;
     bool _isParentCollectionLocked = false;
+    bool _isIdGivenByParent = false;
+    std::vector<KeptElement> _keptElements;
     SignalHierarchicalPositionChanged _signalHierarchicalPositionChanged;
     SignalDescriptionChanged _signalDescriptionChanged;
 };

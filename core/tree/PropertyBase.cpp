@@ -35,8 +35,7 @@ void PropertyBase::_setExtendedXml(xmlpp::Element* own, const SerializationMode&
         return;
     const std::string text = value->get_value();
     if (!_trySetValueText(text))
-        _onSerializationError("The value '" + text + "' of the property '" + getHierarchicalId() + "' cannot be read",
-                              mode);
+        _onSerializationError("the value '" + text + "' of the property cannot be read", mode);
 }
 
 void PropertyBase::_getExtendedXml(xmlpp::Element* own, const SerializationMode& mode) const

@@ -87,7 +87,7 @@ void Unitable::_setDescriptorsXml(xmlpp::Element* own, const SerializationMode& 
         setSecondText(LocalStringTypeConverter::fromXmlData(secondText, false));
     }
     catch (const std::exception& error) {
-        _onSerializationError("The second text of '" + getHierarchicalId() + "' cannot be read: " + error.what(), mode);
+        _onSerializationError(std::string("the second text cannot be read: ") + error.what(), mode);
     }
 }
 
@@ -126,8 +126,7 @@ bool Unitable::_readBoolAttribute(xmlpp::Element* own, const std::string& name, 
         value = false;
         return true;
     }
-    _onSerializationError(
-        "The attribute " + name + " of '" + getHierarchicalId() + "' has the unknown value '" + text + "'", mode);
+    _onSerializationError("the attribute " + name + " has the unknown value '" + text + "'", mode);
     return false;
 }
 

@@ -4,8 +4,10 @@
 
 #include "relay/DemoRelay.h"
 #include "relay/RelayTestBase.h"
+#include "runner/DeferredSignals.h"
 #include "runner/HtmlReport.h"
 #include "runner/InterruptFlag.h"
+#include "runner/ProjectCheck.h"
 #include "runner/RunProgress.h"
 #include "runner/RunnerOptions.h"
 #include "containers/ProjectFile.h"
@@ -81,17 +83,14 @@ int checkOnly(const ZemDemo::RunnerOptions& options)
 {
     if (!checkTemplateFolder(options))
         return exitError;
-    ZemTree::ProjectFile file(templateFolderOf(options, options.checkPath));
-    std::unique_ptr<ZemTree::Node> root;
-    try {
-        root = file.load(options.checkPath);
-    }
-    catch (const std::exception& error) {
-        printError(error.what());
+    const ZemDemo::ProjectCheck check =
+        ZemDemo::checkProjectFile(options.checkPath, templateFolderOf(options, options.checkPath));
+    if (!check.isLoaded) {
+        printError(check.error);
         return exitError;
     }
-    std::vector<std::string> problems = file.getProblems();
-    appendRunProblems(root.get(), options, problems);
+    std::vector<std::string> problems = check.problems;
+    appendRunProblems(check.root.get(), options, problems);
     for (const std::string& problem : problems)
         std::cerr << problem << "\n";
     std::cerr.flush();
@@ -165,6 +164,44 @@ std::string stopText(ZemTree::ITestContainer* stoppedTest)
     const auto* example = dynamic_cast<const ZemDemo::RelayTestBase*>(stoppedTest);
     const bool isCut = example == nullptr || !example->wasStoppedAfterRun();
     return std::string("the run was stopped ") + (isCut ? "during " : "after ") + node->getHierarchicalId();
+}
+
+// Saves the project; a signal meanwhile waits until the file is in place. False when the save was refused.
+bool saveProject(const ZemTree::ProjectFile& file, const ZemTree::Node& root, const std::string& outputPath)
+{
+    const ZemDemo::DeferredSignals deferred("the project");
+    ZemDemo::DeferredSignals::pauseForTest("the project");
+    try {
+        // Like the report's folder, the project's folder is made when it is missing.
+        const fs::path outputFolder = fs::path(outputPath).parent_path();
+        std::error_code folderError;
+        if (!outputFolder.empty())
+            fs::create_directories(outputFolder, folderError);
+        file.save(root, outputPath);
+        std::cout << "project: " << outputPath << std::endl;
+        return true;
+    }
+    catch (const std::exception& error) {
+        printError(error.what());
+        return false;
+    }
+}
+
+// Writes the report XML and its pictures; a signal meanwhile waits until the report is whole. Returns the
+// report's path, empty when it was refused.
+std::string writeReportXml(const ZemTree::ProjectFile& file, const ZemTree::Node& root, const std::string& folder)
+{
+    const ZemDemo::DeferredSignals deferred("the report");
+    ZemDemo::DeferredSignals::pauseForTest("the report");
+    try {
+        const std::string reportPath = file.writeReport(root, folder);
+        std::cout << "report XML: " << reportPath << std::endl;
+        return reportPath;
+    }
+    catch (const std::exception& error) {
+        printError(error.what());
+        return std::string();
+    }
 }
 
 int run(const ZemDemo::RunnerOptions& options)
@@ -243,31 +280,14 @@ int run(const ZemDemo::RunnerOptions& options)
 
     // A stopped run is never a passed one, even when the stop came after the last point.
     int exitCode = progress.getPassedCount() == total && !wasStopped ? exitPassed : exitFailed;
-    try {
-        // Like the report's folder, the project's folder is made when it is missing.
-        const fs::path outputFolder = fs::path(outputPath).parent_path();
-        std::error_code folderError;
-        if (!outputFolder.empty())
-            fs::create_directories(outputFolder, folderError);
-        file.save(*root, outputPath);
-        std::cout << "project: " << outputPath << std::endl;
-    }
-    catch (const std::exception& error) {
-        printError(error.what());
+    if (!saveProject(file, *root, outputPath))
         exitCode = exitError;
-    }
 
     if (options.reportFolder.empty())
         return exitCode;
-    std::string reportPath;
-    try {
-        reportPath = file.writeReport(*root, options.reportFolder);
-        std::cout << "report XML: " << reportPath << std::endl;
-    }
-    catch (const std::exception& error) {
-        printError(error.what());
+    const std::string reportPath = writeReportXml(file, *root, options.reportFolder);
+    if (reportPath.empty())
         return exitError;
-    }
     if (stylesheet.empty()) {
         printError("report.xsl is not found (give it with --xsl); report.html is not written");
         return exitCode;
@@ -305,6 +325,7 @@ int main(int argc, char** argv)
             std::cout << ZemDemo::runnerUsage();
             return exitPassed;
         }
+        ZemDemo::DeferredSignals::ignoreFileSizeSignal();
         // The language comes first: nodes take their texts when they are built.
         lng::language = options.language;
         ZemDemo::registerDemoTypes();

@@ -340,3 +340,196 @@ TEST(ProjectFile, OversizedFileIsRefusedUnread)
     getrusage(RUSAGE_SELF, &after);
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 50 * 1024) << "kB more resident memory for a refused file";
 }
+
+namespace {
+
+// The text of the first element of `text` that starts with `opening`, up to its end tag (libxml2 escapes '>' in
+// attribute values, so tags are told by their angle brackets).
+std::string elementText(const std::string& text, const std::string& opening)
+{
+    const std::size_t start = text.find(opening);
+    if (start == std::string::npos)
+        return std::string();
+    int depth = 0;
+    for (std::size_t at = start; (at = text.find('<', at)) != std::string::npos;) {
+        const std::size_t end = text.find('>', at);
+        if (text[at + 1] == '/')
+            --depth;
+        else if (text[end - 1] != '/')
+            ++depth;
+        at = end + 1;
+        if (depth == 0)
+            return text.substr(start, at - start);
+    }
+    return std::string();
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to)
+{
+    const std::size_t at = text.find(from);
+    if (at == std::string::npos)
+        throw std::runtime_error("no " + from + " in the file");
+    return text.replace(at, from.size(), to);
+}
+
+} // namespace
+
+// What the tree cannot read is kept as it was, in its place, by load and by read, and a second save gives the
+// same file; the problems name each such node by its full path.
+TEST(ProjectFile, UnreadableElementsSurviveSaves)
+{
+    TemporaryFolder folder;
+    ProjectFile file;
+    file.save(*buildProject(), folder.file("project.xml"));
+    const std::string project = fileText(folder.file("project.xml"));
+    const std::string test1 = elementText(project, "<Node Id=\"Test1\"");
+    ASSERT_FALSE(test1.empty());
+    const std::size_t classAt = test1.find("Class=\"");
+    const std::string testClass = test1.substr(classAt, test1.find('"', classAt + 7) - classAt + 1);
+    const std::string tests = "Root/Collection/Protection0/Tests";
+
+    const std::string unknownTest1 = replaced(test1, testClass, "Class=\"No::Such\"");
+    const std::string keylessTest1 = replaced(test1, "<Node Id=\"Test1\"", "<Node Key=\"Test1\"");
+    const struct {
+        const char* text;
+        std::string edited;
+        std::string kept; // must stand in the saved file once, before Test2
+        std::string problem;
+    } rows[] = {
+        {"an unknown class", replaced(project, test1, unknownTest1), unknownTest1,
+         tests + "/Test1: the class 'No::Such' is unknown; it is kept unread and saved as it was"},
+        {"no Id", replaced(project, test1, keylessTest1), keylessTest1,
+         tests + ": a child element has no Id; it is kept unread and saved as it was"},
+        {"a node a locked container refuses",
+         replaced(project, "<Node Id=\"Settings\"", "<Node Id=\"Intruder\" " + testClass + "/><Node Id=\"Settings\""),
+         "<Node Id=\"Intruder\" " + testClass + "/>", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        writeFile(folder.file("edited.xml"), row.edited);
+        for (const bool intoExisting : {false, true}) {
+            SCOPED_TRACE(intoExisting ? "read into a tree" : "loaded");
+            ProjectFile reader;
+            std::unique_ptr<Node> root;
+            if (intoExisting) {
+                root = std::make_unique<SampleRoot>();
+                reader.read(*root, folder.file("edited.xml"));
+            }
+            else {
+                root = reader.load(folder.file("edited.xml"));
+            }
+            ASSERT_EQ(1u, reader.getProblems().size());
+            if (!row.problem.empty()) {
+                EXPECT_EQ(row.problem, reader.getProblems()[0]);
+            }
+            EXPECT_THAT(reader.getProblems()[0], HasSubstr("; it is kept unread and saved as it was"));
+
+            reader.save(*root, folder.file("saved.xml"));
+            const std::string saved = fileText(folder.file("saved.xml"));
+            const std::size_t at = saved.find(row.kept);
+            ASSERT_NE(std::string::npos, at) << saved;
+            EXPECT_EQ(std::string::npos, saved.find(row.kept, at + 1));
+            if (row.kept.find("Test1") != std::string::npos) {
+                EXPECT_LT(at, saved.find("<Node Id=\"Test2\""));
+            }
+
+            // The kept element is a copy of its own: a save after the parsed file is gone writes the same.
+            ProjectFile again;
+            const std::unique_ptr<Node> reloaded = again.load(folder.file("saved.xml"));
+            again.save(*reloaded, folder.file("again.xml"));
+            EXPECT_EQ(saved, fileText(folder.file("again.xml")));
+        }
+    }
+}
+
+TEST(ProjectFile, SiblingsWithOneIdAreKeptApart)
+{
+    TemporaryFolder folder;
+    ProjectFile file;
+    file.save(*buildProject(), folder.file("project.xml"));
+    const std::string project = fileText(folder.file("project.xml"));
+    const std::string test0 = elementText(project, "<Node Id=\"Test0\"");
+    // Test0 three times, then Test0_2 of the file's own after them.
+    writeFile(folder.file("edited.xml"),
+              replaced(project, test0,
+                       test0 + test0 + test0 + replaced(test0, "<Node Id=\"Test0\"", "<Node Id=\"Test0_2\"")));
+
+    ProjectFile reader;
+    const std::unique_ptr<Node> root = reader.load(folder.file("edited.xml"));
+    const std::string tests = "Root/Collection/Protection0/Tests";
+    EXPECT_EQ((std::vector<std::string>{
+                  tests + "/Test0: a second node with this Id is read as '" + tests + "/Test0_2'",
+                  tests + "/Test0: a second node with this Id is read as '" + tests + "/Test0_3'",
+                  tests + "/Test0_2: a second node with this Id is read as '" + tests + "/Test0_2_2'",
+              }),
+              reader.getProblems());
+    reader.save(*root, folder.file("saved.xml"));
+    const std::string saved = elementText(fileText(folder.file("saved.xml")), "<Node Id=\"Protection0\"");
+    for (const char* id : {"Test0", "Test0_2", "Test0_3", "Test0_2_2", "Test1", "Test2"}) {
+        SCOPED_TRACE(id);
+        const std::string opening = std::string("<Node Id=\"") + id + "\"";
+        const std::size_t at = saved.find(opening);
+        EXPECT_NE(std::string::npos, at);
+        EXPECT_EQ(std::string::npos, saved.find(opening, at + 1));
+    }
+}
+
+TEST(ProjectFile, SecondRootNodesAreKeptForTheirOwnTree)
+{
+    TemporaryFolder folder;
+    ProjectFile file;
+    file.save(*buildProject(), folder.file("project.xml"));
+    const std::string spare = "<Node Id=\"Spare\" Class=\"X\"><Item>1</Item></Node><Node Class=\"Y\"/>";
+    writeFile(folder.file("edited.xml"),
+              replaced(fileText(folder.file("project.xml")), "</Project>", spare + "</Project>"));
+
+    ProjectFile reader;
+    const std::unique_ptr<Node> root = reader.load(folder.file("edited.xml"));
+    EXPECT_EQ((std::vector<std::string>{
+                  "Spare: a second root node; it is kept unread and saved as it was after 'Root'",
+                  "?: a second root node; it is kept unread and saved as it was after 'Root'"}),
+              reader.getProblems());
+    reader.save(*root, folder.file("saved.xml"));
+    EXPECT_THAT(fileText(folder.file("saved.xml")), HasSubstr("</Node>" + spare + "</Project>"));
+    // Another tree saved through the same file does not take them.
+    reader.save(*buildProject(), folder.file("other.xml"));
+    EXPECT_EQ(std::string::npos, fileText(folder.file("other.xml")).find("Spare"));
+}
+
+// A check tells what a save would drop; a file the program wrote has nothing of the kind.
+TEST(ProjectFile, CheckFindsWhatASaveWouldDrop)
+{
+    TemporaryFolder folder;
+    ProjectFile file;
+    file.save(*buildProject(), folder.file("project.xml"));
+    const std::string project = fileText(folder.file("project.xml"));
+    const std::string test = "Root/Collection/Protection0/Tests/Test2";
+    const auto withinTest2 = [&project](const std::string& inner) {
+        std::string edited = project;
+        const std::size_t opening = edited.find('>', edited.find("<Node Id=\"Test2\""));
+        return edited.insert(opening + 1, inner);
+    };
+    const struct {
+        const char* text;
+        std::string edited;
+        std::vector<std::string> problems;
+    } rows[] = {
+        {"the program's own file", project, {}},
+        {"an unknown attribute",
+         replaced(project, "<Node Id=\"Protection1\"", "<Node Colour=\"red\" Id=\"Protection1\""),
+         {"Root/Collection/Protection1: the attribute Colour is unknown here; a save drops it"}},
+        {"an unknown element deep down, twice", withinTest2("<Note/><Note/>"),
+         {test + ": the element Note is unknown here; a save drops it"}},
+        {"text inside a node", withinTest2("loose words"),
+         {test + ": the text 'loose words' stands outside any element and is not read"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        writeFile(folder.file("edited.xml"), row.edited);
+        ProjectFile reader;
+        const std::unique_ptr<Node> root = reader.load(folder.file("edited.xml"));
+        // Text inside a node is told by the load itself; the rest by the check.
+        reader.noteUnkeptContent(*root, folder.file("edited.xml"));
+        EXPECT_EQ(row.problems, reader.getProblems());
+    }
+}

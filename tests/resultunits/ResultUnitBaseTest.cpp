@@ -116,7 +116,10 @@ TEST(ResultUnitBaseTest, ParseErrorIsReportedAndReadingGoesOn)
                        treeXml(unitXml("Bad", kind.className, "Formula=\"1+1\"", kind.badElement)
                                + unitXml("Next", kind.className, "", kind.goodElement)),
                        makeMode(SerializationMode::User, &problems));
-        EXPECT_EQ(problems, std::vector<std::string>{kind.defaultId + " data parse error"});
+        const std::string element = kind.badElement.substr(1, kind.badElement.find_first_of(" />") - 1);
+        EXPECT_EQ(problems, std::vector<std::string>{"Test/Results/Bad: " + kind.defaultId
+                                                     + " data parse error: the element " + element
+                                                     + " holds no valid result"});
 
         auto* const badUnit = tree.find<IResultUnit>("Bad");
         ASSERT_NE(badUnit, nullptr);

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,7 +15,8 @@ extern char** environ;
 namespace ZemDemoTest {
 
 RunnerProcess::RunnerProcess(const std::vector<std::string>& arguments, const std::string& workingFolder,
-                             const std::string& path)
+                             const std::string& path, const std::vector<std::string>& extraEnvironment,
+                             unsigned long fileSizeLimit)
 {
     int outPipe[2];
     int errPipe[2];
@@ -35,6 +37,7 @@ RunnerProcess::RunnerProcess(const std::vector<std::string>& arguments, const st
     }
     if (!path.empty())
         environment.push_back("PATH=" + path);
+    environment.insert(environment.end(), extraEnvironment.begin(), extraEnvironment.end());
     std::vector<char*> envp;
     for (std::string& variable : environment)
         envp.push_back(variable.data());
@@ -49,6 +52,11 @@ RunnerProcess::RunnerProcess(const std::vector<std::string>& arguments, const st
         dup2(errPipe[1], STDERR_FILENO);
         if (chdir(workingFolder.c_str()) != 0)
             _exit(126);
+        if (fileSizeLimit > 0) {
+            const rlimit limit{fileSizeLimit, fileSizeLimit};
+            if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
+                _exit(126);
+        }
         execve(argv[0], argv.data(), envp.data());
         _exit(127);
     }
@@ -139,9 +147,10 @@ int RunnerProcess::finish(std::chrono::milliseconds timeout)
 }
 
 RunnerOutcome runRunner(const std::vector<std::string>& arguments, const std::string& workingFolder,
-                        const std::string& path)
+                        const std::string& path, const std::vector<std::string>& environment,
+                        unsigned long fileSizeLimit)
 {
-    RunnerProcess process(arguments, workingFolder, path);
+    RunnerProcess process(arguments, workingFolder, path, environment, fileSizeLimit);
     RunnerOutcome outcome;
     outcome.exitCode = process.finish(std::chrono::seconds(60));
     outcome.out = process.getOut();

@@ -12,9 +12,11 @@ namespace ZemDemoTest {
 // Every wait has a time-out; a child that outlives it is killed and the wait reports failure.
 class RunnerProcess {
 public:
-    // `path`, when not empty, replaces the PATH the child inherits.
+    // `path`, when not empty, replaces the PATH the child inherits; `environment` ("NAME=value") is added to
+    // what it inherits; a `fileSizeLimit` above zero limits the size of the files it writes (RLIMIT_FSIZE).
     RunnerProcess(const std::vector<std::string>& arguments, const std::string& workingFolder,
-                  const std::string& path = "");
+                  const std::string& path = "", const std::vector<std::string>& environment = {},
+                  unsigned long fileSizeLimit = 0);
     ~RunnerProcess();
     RunnerProcess(const RunnerProcess&) = delete;
     RunnerProcess& operator=(const RunnerProcess&) = delete;
@@ -47,6 +49,7 @@ struct RunnerOutcome {
     std::string err;
 };
 RunnerOutcome runRunner(const std::vector<std::string>& arguments, const std::string& workingFolder,
-                        const std::string& path = "");
+                        const std::string& path = "", const std::vector<std::string>& environment = {},
+                        unsigned long fileSizeLimit = 0);
 
 } // namespace ZemDemoTest

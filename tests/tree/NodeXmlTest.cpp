@@ -27,7 +27,7 @@ namespace {
 //   Inner    TestGroup
 //     Weighted  TestItem, hidden, 42
 //     Split     SeparateUnit
-//     Weighted  TestItem, 7: the same key twice
+//     Light     TestItem, 7
 void fillSampleTree(TestGroup& root)
 {
     root.add(std::make_unique<StringUnit>("Serial", LocalString::create("Serial number", "Серийный номер"),
@@ -40,7 +40,7 @@ void fillSampleTree(TestGroup& root)
     first->weight = 42;
     first->setIsHidden(true);
     inner->add(std::make_unique<SeparateUnit>("Split", LocalString("Group"), LocalString("Group")));
-    inner->add(std::make_unique<TestItem>("Weighted"))->weight = 7;
+    inner->add(std::make_unique<TestItem>("Light"))->weight = 7;
 }
 
 } // namespace
@@ -96,7 +96,7 @@ TEST(NodeXmlTest, ExistingChildrenAreReadInPlace)
     ASSERT_EQ(inner->size(), 3u);
     EXPECT_EQ(inner->at(0), prepared);
     EXPECT_EQ(prepared->weight, 42);
-    EXPECT_EQ(static_cast<TestItem*>(inner->at(2))->weight, 7) << "the second key makes a second node";
+    EXPECT_EQ(static_cast<TestItem*>(inner->at(2))->weight, 7) << "a key the target lacks makes a new node";
 }
 
 TEST(NodeXmlTest, FixedStructureIsReadInPlaceWithItsOwnDescriptions)
@@ -146,7 +146,8 @@ TEST(NodeXmlTest, BadChildrenAreReportedAndReadingGoesOn)
     TestGroup root("Root");
     ASSERT_NO_THROW(loadFromString(root, text, makeMode(SerializationMode::User, &problems)));
 
-    const char* expectedInProblems[] = {"no Id", "Nope::Unknown", "Nameless", "Bad", "Heavy", "maybe", "Text"};
+    const char* expectedInProblems[] = {"'text between'", "no Id", "Nope::Unknown", "Nameless", "Bad", "Heavy",
+                                        "maybe", "Text"};
     ASSERT_EQ(problems.size(), std::size(expectedInProblems));
     for (std::size_t i = 0; i < problems.size(); ++i) {
         SCOPED_TRACE(problems[i]);
@@ -233,5 +234,49 @@ TEST(NodeXmlTest, ReportFrame)
     for (const Row& row : rows) {
         SCOPED_TRACE(row.xpath);
         EXPECT_EQ(report->find(row.xpath).size(), row.count);
+    }
+}
+
+// Elements that could not be read come back in saves of the kind they were read with, once, however often the
+// tree reads its file again.
+TEST(NodeXmlTest, UnreadableChildrenAreKeptForTheirOwnKind)
+{
+    const std::string text = R"(<Root><Node Id="Root" Class="TreeTest::TestGroup">)"
+                             R"(<Node Id="A" Class="TreeTest::TestItem" Weight="1"/>)"
+                             R"(<Node Id="Ghost" Class="Nope::Unknown"><Inner x="1">t</Inner></Node>)"
+                             R"(<Node Id="B" Class="TreeTest::TestItem" Weight="2"/>)"
+                             R"(<Node Class="TreeTest::TestItem"/>)"
+                             R"(</Node></Root>)";
+    const std::string ghost = R"(<Node Id="Ghost" Class="Nope::Unknown"><Inner x="1">t</Inner></Node>)";
+    const std::string keyless = R"(<Node Class="TreeTest::TestItem"/>)";
+    for (std::uint8_t kind : {SerializationMode::System, SerializationMode::User}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        const std::uint8_t other =
+            kind == SerializationMode::User ? SerializationMode::System : SerializationMode::User;
+        TestGroup root("Root");
+        for (int round = 0; round < 2; ++round) {
+            std::vector<std::string> problems;
+            loadFromString(root, text, makeMode(kind, &problems));
+            EXPECT_EQ((std::vector<std::string>{
+                          "Root/Ghost: the class 'Nope::Unknown' is unknown; it is kept unread and saved as it was",
+                          "Root: a child element has no Id; it is kept unread and saved as it was"}),
+                      problems);
+        }
+        const std::string saved = saveToString(root, makeMode(kind));
+        const std::size_t at = saved.find(ghost);
+        ASSERT_NE(std::string::npos, at) << saved;
+        EXPECT_EQ(std::string::npos, saved.find(ghost, at + 1));
+        EXPECT_LT(saved.find("<Node Id=\"A\""), at);
+        EXPECT_LT(at, saved.find("<Node Id=\"B\""));
+        EXPECT_LT(saved.find("<Node Id=\"B\""), saved.find(keyless));
+
+        const std::string otherSave = saveToString(root, makeMode(other));
+        EXPECT_EQ(std::string::npos, otherSave.find("Ghost"));
+        EXPECT_EQ(std::string::npos, otherSave.find(keyless));
+
+        // When the sibling it followed is gone, the element still comes back, at the end.
+        root.remove(root.findChild("A"));
+        const std::string withoutA = saveToString(root, makeMode(kind));
+        EXPECT_NE(std::string::npos, withoutA.find(ghost));
     }
 }

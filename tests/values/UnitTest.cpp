@@ -168,7 +168,7 @@ TEST(UnitTest, BrokenValueIsReportedAndReadingGoesOn)
     std::vector<std::string> problems;
     loadFromString(unit, unitXml("U", R"(Source="Formula" Formula="2+3" Data="x")"),
                    makeMode(SerializationMode::User, &problems));
-    EXPECT_EQ(problems, std::vector<std::string>{"Data attribute unreadable"});
+    EXPECT_EQ(problems, std::vector<std::string>{"U: Data attribute unreadable"});
     EXPECT_TRUE(unit.getIsFormulaSource());
     EXPECT_EQ(unit.getValue(), 5.0);
 
