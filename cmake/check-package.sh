@@ -14,3 +14,9 @@ libdir=$(ls -d "$scratch"/prefix/lib*/pkgconfig | head -n 1)
 PKG_CONFIG_PATH="$libdir" c++ -std=c++17 "$source_dir/cmake/consumer/main.cpp" -o "$scratch/pc-consumer" \
     $(PKG_CONFIG_PATH="$libdir" pkg-config --cflags --libs ZemTreeRelay)
 LD_LIBRARY_PATH="$(dirname "$libdir")" "$scratch/pc-consumer"
+# The installed runner starts from its prefix alone, and finds its stylesheet and the sample there.
+env -u LD_LIBRARY_PATH "$scratch/prefix/bin/zemtree-run" --help > "$scratch/help.txt"
+grep -q "usage: zemtree-run" "$scratch/help.txt"
+cp "$scratch/prefix/share/zemtree/sample-project.xml" "$scratch/project.xml"
+env -u LD_LIBRARY_PATH "$scratch/prefix/bin/zemtree-run" --check "$scratch/project.xml" \
+    --templates "$scratch/prefix/share/zemtree" 2> "$scratch/check.txt" || { cat "$scratch/check.txt"; exit 1; }
