@@ -17,11 +17,7 @@
 #include "core/tree/NodeTreeTraversal.h"
 #include "core/tree/SerializationMode.h"
 
-// dict.h needs the types of tree.h first.
-// clang-format off
 #include <libxml/tree.h>
-#include <libxml/dict.h>
-// clang-format on
 
 #include <cstdint>
 #include <filesystem>
@@ -80,9 +76,7 @@ void writeTree(const Node& root, const std::string& path, const char* rootElemen
                const std::vector<std::shared_ptr<xmlNode>>& keptAfterRoot = {})
 {
     xmlpp::Document document;
-    // Element and attribute names are few and repeat on every node: a dictionary keeps one copy of each instead
-    // of a block per use, which makes building and freeing a large document much cheaper.
-    document.cobj()->dict = xmlDictCreate();
+    Zem::XmlFile::useNameDictionary(document);
     xmlpp::Element* const element = document.create_root_node(rootElement);
     SerializationMode mode;
     mode.kind = kind;
@@ -224,19 +218,7 @@ std::unique_ptr<Node> ProjectFile::load(const std::string& path)
     if (!root)
         throw std::runtime_error("The project '" + path + "' has a root of the unknown class '" + rootClass + "'");
 
-    _loadTemplates();
-    SerializationMode mode;
-    mode.kind = SerializationMode::User;
-    mode.problems = &_problems;
-    try {
-        const TestableContainer::StateUpdateBatch batch(root.get());
-        root->setXml(element, mode);
-    }
-    catch (const std::exception& exception) {
-        throw std::runtime_error("The project '" + path + "' cannot be read: " + exception.what());
-    }
-    _noteMissingTemplates(*root);
-    _keepOtherRoots(*root, others);
+    _readInto(*root, element, others, path);
     return root;
 }
 
@@ -251,6 +233,12 @@ void ProjectFile::read(Node& root, const std::string& path)
         throw std::runtime_error("The project '" + path + "' holds a root of the class '" + rootClass + "', not '"
                                  + ownClass + "'");
 
+    _readInto(root, element, others, path);
+}
+
+void ProjectFile::_readInto(Node& root, xmlpp::Element* element, const std::vector<xmlpp::Element*>& others,
+                            const std::string& path)
+{
     _loadTemplates();
     SerializationMode mode;
     mode.kind = SerializationMode::User;
@@ -262,7 +250,6 @@ void ProjectFile::read(Node& root, const std::string& path)
     catch (const std::exception& exception) {
         throw std::runtime_error("The project '" + path + "' cannot be read: " + exception.what());
     }
-    _noteMissingTemplates(root);
     _keepOtherRoots(root, others);
 }
 
@@ -279,25 +266,6 @@ void ProjectFile::_keepOtherRoots(const Node& root, const std::vector<xmlpp::Ele
         _keptAfterRoot.emplace_back(copy, xmlFreeNode);
         _problems.push_back(oneLine(name + ": a second root node; it is kept unread and saved as it was after '"
                                     + root.getId() + "'"));
-    }
-}
-
-// A container whose template was not found holds a placeholder that only keeps the name for the next save.
-// The tree is usable, but its structure came from the project alone, which the user should hear of.
-void ProjectFile::_noteMissingTemplates(Node& root)
-{
-    for (Node* node : NodeTreeTraversal(&root)) {
-        auto* container = dynamic_cast<ITemplateActivatorContainer*>(node);
-        const NodeTemplateActivator* activator = container ? container->getTemplateActivator() : nullptr;
-        if (activator == nullptr || activator->getOwner() != nullptr || !activator->getName().empty())
-            continue;
-        // A name with a folder in it was told of as it was read.
-        if (activator->getPath().find_first_of("/\\") != std::string::npos)
-            continue;
-        const std::string saved = Zem::getPathFileNameWithoutExtension(activator->getPath());
-        _problems.push_back(oneLine(node->getHierarchicalId() + ": the template '" + activator->getPath()
-                                    + "' is not in the template folder; its saved values are read and the name '"
-                                    + saved + "' is saved"));
     }
 }
 

@@ -74,7 +74,9 @@ public:
 
 private:
     void _loadTemplates() const;
-    void _noteMissingTemplates(Node& root);
+    // The one reading of a parsed project into a root, for load and read alike.
+    void _readInto(Node& root, xmlpp::Element* element, const std::vector<xmlpp::Element*>& others,
+                   const std::string& path);
     void _keepOtherRoots(const Node& root, const std::vector<xmlpp::Element*>& others);
 
     std::string _templateFolder;

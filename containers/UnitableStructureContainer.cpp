@@ -103,6 +103,7 @@ void UnitableStructureContainer::setXml(xmlpp::Element* own, const Serialization
     const bool mayBind =
         _templateActivator == nullptr || (mode.kind == SerializationMode::User && getParent() == nullptr);
     const xmlpp::Attribute* const templateXml = own != nullptr ? own->get_attribute(templateXmlAttribute) : nullptr;
+    std::string missingTemplate;
     if (mayBind && templateXml != nullptr) {
         const std::string name = templateXml->get_value();
         // Templates come from the template folder only; a name with a folder in it never reaches outside.
@@ -138,12 +139,22 @@ void UnitableStructureContainer::setXml(xmlpp::Element* own, const Serialization
             }
         }
         else {
-            // Remembers the name, so that a later save writes the same `TemplateXml`.
+            // Remembers the name, so that a later save writes the same `TemplateXml`. A name with a folder in it
+            // was told of above.
             _ownTemplateActivator = std::make_unique<NodeTemplateActivator>(nullptr, "", name);
             _templateActivator = _ownTemplateActivator.get();
+            if (name.find_first_of("/\\") == std::string::npos)
+                missingTemplate = name;
         }
     }
     Node::setXml(own, mode);
+    // The tree is usable, but this part of its structure came from the file alone, which the user should hear of;
+    // told once the node's id is read, so that the problem names it by its path.
+    if (!missingTemplate.empty())
+        _onSerializationError("the template '" + missingTemplate
+                                  + "' is not in the template folder; its saved values are read and the name '"
+                                  + Zem::getPathFileNameWithoutExtension(missingTemplate) + "' is saved",
+                              mode);
 }
 
 void UnitableStructureContainer::_getDisplayXmlCurrentMode(xmlpp::Element* element) const

@@ -5,6 +5,11 @@
 #include <libxml/globals.h>
 #include <libxml/parser.h>
 #include <libxml/xmlerror.h>
+// dict.h needs the types of tree.h first.
+// clang-format off
+#include <libxml/tree.h>
+#include <libxml/dict.h>
+// clang-format on
 
 #include <cctype>
 #include <cerrno>
@@ -290,6 +295,13 @@ void XmlFile::parse(const std::string& path, xmlpp::DomParser& parser, const std
         where += ": ";
     }
     throw std::runtime_error(name + " is not well-formed XML: " + where + message);
+}
+
+void XmlFile::useNameDictionary(xmlpp::Document& document)
+{
+    xmlDoc* const raw = document.cobj();
+    if (raw->dict == nullptr)
+        raw->dict = xmlDictCreate();
 }
 
 std::string XmlFile::toText(xmlpp::Document& document, bool indented)

@@ -38,6 +38,10 @@ public:
     static void parse(const std::string& path, xmlpp::DomParser& parser, const std::string& what,
                       std::uintmax_t maxSize = MaxFileSize);
 
+    // Gives a document that is about to be built a dictionary of names: element and attribute names are few and
+    // repeat on every node, so one copy of each replaces a block per use, which makes building and freeing a
+    // large document much cheaper.
+    static void useNameDictionary(xmlpp::Document& document);
     // The text of a document; blanks are added only when `indented`.
     static std::string toText(xmlpp::Document& document, bool indented);
 
