@@ -3,6 +3,7 @@
 #include "core/tree/EnumLimiter.h"
 #include "core/tree/LocalString.h"
 #include "core/tree/Node.h"
+#include "core/common/ScopedConnection.h"
 #include "values/Unit.h"
 
 #include <sigc++/connection.h>
@@ -39,7 +40,6 @@ public:
         _externalLimiterHolder = std::move(limiter);
     }
 
-    ~EnumLimitedUnit() override { _limiterConnection.disconnect(); }
 
     bool hasExternalLimiter() const { return _externalLimiter != nullptr; }
 
@@ -116,7 +116,7 @@ private:
     Node* _internalLimiter = nullptr;
     std::shared_ptr<EnumLimiter> _externalLimiterHolder;
     Node* _externalLimiter = nullptr;
-    sigc::connection _limiterConnection;
+    Zem::ScopedConnection _limiterConnection;
 };
 
 } // namespace ZemTree

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/common/ScopedConnection.h"
 #include "core/common/TypeHelper.h"
 #include "core/common/XmlInclude.h"
 #include "core/formula/EmbeddedDispatcher.h"
@@ -12,8 +13,6 @@
 #include "values/IValueSource.h"
 #include "values/Value.h"
 #include "values/ValueSource.h"
-
-#include <sigc++/connection.h>
 
 #include <exception>
 #include <memory>
@@ -324,7 +323,7 @@ private:
     mutable std::unique_ptr<ValueSource<T>> _baseValueSource;
     ValueSource<T> _defaultValueSource;
     std::unique_ptr<EmbeddedDispatcher> _embeddedDispatcher;
-    sigc::connection _embeddedTargetConnection;
+    Zem::ScopedConnection _embeddedTargetConnection;
     EmbeddedFormula _embeddedFormula;
     bool _saveIsActiveOnEmbedded = false;
 };
