@@ -34,6 +34,13 @@ const Row rows[] = {
     {"Hardware.group", {"Group", "Группа"}},
     {"Hardware.input", {"Input", "Вход"}},
     {"Hardware.output", {"Output", "Выход"}},
+    {"NumericEntry.empty", {"Enter a number", "Введите число"}},
+    {"NumericEntry.notNumber", {"This is not a number", "Это не число"}},
+    {"NumericEntry.notInteger", {"A whole number is expected", "Ожидается целое число"}},
+    {"NumericEntry.belowMinimum", {"The least allowed value is", "Наименьшее допустимое значение"}},
+    {"NumericEntry.aboveMaximum", {"The greatest allowed value is", "Наибольшее допустимое значение"}},
+    {"Window.ok", {"OK", "ОК"}},
+    {"Window.cancel", {"Cancel", "Отмена"}},
 };
 
 } // namespace
