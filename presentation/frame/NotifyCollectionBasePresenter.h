@@ -55,7 +55,7 @@ public:
         }
         _collection = collection;
         if (_collection != nullptr) {
-            for (T& item : *_collection) {
+            for (T item : *_collection) {
                 _children.push_back(_createChild(item));
                 _onChildAdded(item);
             }
