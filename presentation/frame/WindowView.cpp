@@ -23,9 +23,10 @@ void WindowView::setTitle(const std::string& title)
 void WindowView::setContent(IView* content)
 {
     auto* const widget = dynamic_cast<Gtk::Widget*>(content);
-    if (widget == _content)
+    if (widget == _content && _isContentInLayout())
         return;
-    if (_content != nullptr)
+    // A content deleted by its presenter has left the layout already; its pointer is only compared.
+    if (_content != nullptr && _isContentInLayout())
         _layout.remove(*_content);
     _content = widget;
     if (_content == nullptr)
@@ -33,6 +34,17 @@ void WindowView::setContent(IView* content)
     _layout.pack_start(*_content, Gtk::PACK_EXPAND_WIDGET);
     _layout.reorder_child(*_content, 0);
     _content->show();
+}
+
+bool WindowView::_isContentInLayout() const
+{
+    if (_content == nullptr)
+        return false;
+    for (const Gtk::Widget* child : _layout.get_children()) {
+        if (child == _content)
+            return true;
+    }
+    return false;
 }
 
 void WindowView::setModal(bool isModal)

@@ -29,6 +29,8 @@ protected:
     Gtk::Box _layout;
 
 private:
+    bool _isContentInLayout() const;
+
     Gtk::Widget* _content = nullptr;
 };
 
