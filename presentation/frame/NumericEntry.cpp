@@ -14,6 +14,8 @@ namespace Zem {
 namespace {
 
 const char* const refusedClass = "NumericEntryRefused";
+// Whole numbers beyond this lose units in a double; the integer mode refuses them.
+const double largestWhole = 9007199254740992.0;
 
 std::string trim(const std::string& text)
 {
@@ -77,7 +79,7 @@ NumericEntry::Parsed NumericEntry::parse(const std::string& text, Mode mode, con
         parsed.refusal = lng::Tree::get("NumericEntry.notNumber");
         return parsed;
     }
-    else if (mode == Mode::Integer && value != std::round(value)) {
+    else if (mode == Mode::Integer && (value != std::round(value) || std::fabs(value) > largestWhole)) {
         parsed.refusal = lng::Tree::get("NumericEntry.notInteger");
         return parsed;
     }
@@ -94,8 +96,11 @@ NumericEntry::Parsed NumericEntry::parse(const std::string& text, Mode mode, con
     return parsed;
 }
 
+// An untouched text stands for the value as it is, which its rounded text need not give back exactly.
 void NumericEntry::commit()
 {
+    if (!isRefused() && get_text() == _formatValue())
+        return;
     const Parsed parsed = parse(get_text(), _mode, _minimum, _maximum);
     if (!parsed.isAccepted) {
         _setRefusal(parsed.refusal);

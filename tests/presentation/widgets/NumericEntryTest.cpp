@@ -82,6 +82,7 @@ TEST(NumericEntryTest, CommitGivesValueOrRefusalInBothModes)
         {"-0,5", Mode::Real, 7, true, "-0,5"},
         {"5000", Mode::Integer, 5000, false, "5000"},
         {"7", Mode::Real, 7, false, "7"},
+        {"1e300", Mode::Integer, 7, true, "1e300"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string("'") + row.text + (row.mode == Mode::Integer ? "' integer" : "' real"));
@@ -146,6 +147,17 @@ TEST(NumericEntryTest, FocusLeavingCommitsAndEscapeRestores)
     EXPECT_FALSE(pressKey(f.entry, GDK_KEY_Escape)) << "Escape with nothing to undo is passed on";
     EXPECT_EQ(f.signals, 1);
     EXPECT_DOUBLE_EQ(f.entry.getValue(), 2.25);
+}
+
+TEST(NumericEntryTest, UntouchedTextCommitsNothing)
+{
+    EntryFixture f(Mode::Real);
+    f.entry.setValue(0.1 + 0.2);
+    const double shown = f.entry.getValue();
+    sendFocusOut(f.entry);
+    f.entry.activate();
+    EXPECT_EQ(f.entry.getValue(), shown) << "the value was replaced by its rounded text";
+    EXPECT_EQ(f.signals, 0);
 }
 
 TEST(NumericEntryTest, ScrollWheelChangesNothing)
