@@ -14,21 +14,27 @@ CollectionBoxView::CollectionBoxView(CollectionOrientation orientation)
                                                                  : Gtk::ORIENTATION_VERTICAL)
 {
     get_style_context()->add_class("CollectionBoxView");
+    _removedHandler = g_signal_connect(gobj(), "remove", G_CALLBACK(&CollectionBoxView::_onWidgetRemoved), this);
 }
 
-// The child widgets belong to their presenters: they leave the box before it goes.
+// The child widgets belong to their presenters, which may have deleted them already: only the widgets still in the
+// box are taken out, so that the box's end does not destroy them.
 CollectionBoxView::~CollectionBoxView()
 {
-    clear();
+    g_signal_handler_disconnect(gobj(), _removedHandler);
+    _views.clear();
+    for (Gtk::Widget* child : get_children())
+        Gtk::Box::remove(*child);
 }
 
 void CollectionBoxView::clear()
 {
-    for (IView* view : _views) {
-        if (auto* widget = dynamic_cast<Gtk::Widget*>(view))
-            Gtk::Box::remove(*widget);
+    std::vector<Entry> views;
+    views.swap(_views);
+    for (const Entry& entry : views) {
+        if (entry.widget != nullptr)
+            gtk_container_remove(GTK_CONTAINER(gobj()), entry.widget);
     }
-    _views.clear();
 }
 
 void CollectionBoxView::add(IView* view)
@@ -40,51 +46,56 @@ void CollectionBoxView::insert(std::size_t index, IView* view)
 {
     if (view == nullptr)
         return;
-    _place(std::min(index, _views.size()), view);
-    if (auto* widget = dynamic_cast<Gtk::Widget*>(view))
-        widget->show();
-}
-
-void CollectionBoxView::remove(IView* view)
-{
-    const auto found = std::find(_views.begin(), _views.end(), view);
-    if (view == nullptr || found == _views.end())
-        return;
-    _views.erase(found);
-    if (auto* widget = dynamic_cast<Gtk::Widget*>(view))
-        Gtk::Box::remove(*widget);
-}
-
-void CollectionBoxView::move(std::size_t index, IView* view)
-{
-    const auto found = std::find(_views.begin(), _views.end(), view);
-    if (view == nullptr || found == _views.end())
-        return;
-    _views.erase(found);
     index = std::min(index, _views.size());
-    _views.insert(_views.begin() + static_cast<std::ptrdiff_t>(index), view);
-    if (auto* widget = dynamic_cast<Gtk::Widget*>(view))
-        reorder_child(*widget, _getBoxPosition(index));
-}
-
-int CollectionBoxView::_getBoxPosition(std::size_t index) const
-{
-    int position = 0;
-    for (std::size_t i = 0; i < index && i < _views.size(); ++i) {
-        if (dynamic_cast<Gtk::Widget*>(_views[i]) != nullptr)
-            ++position;
-    }
-    return position;
-}
-
-void CollectionBoxView::_place(std::size_t index, IView* view)
-{
-    _views.insert(_views.begin() + static_cast<std::ptrdiff_t>(index), view);
-    auto* widget = dynamic_cast<Gtk::Widget*>(view);
+    auto* const widget = dynamic_cast<Gtk::Widget*>(view);
+    _views.insert(_views.begin() + static_cast<std::ptrdiff_t>(index), Entry{view, widget ? widget->gobj() : nullptr});
     if (widget == nullptr)
         return;
     pack_start(*widget, Gtk::PACK_SHRINK);
     reorder_child(*widget, _getBoxPosition(index));
+    widget->show();
+}
+
+void CollectionBoxView::remove(IView* view)
+{
+    const auto found = _find(view);
+    if (found == _views.end())
+        return;
+    GtkWidget* const widget = found->widget;
+    _views.erase(found);
+    if (widget != nullptr)
+        gtk_container_remove(GTK_CONTAINER(gobj()), widget);
+}
+
+void CollectionBoxView::move(std::size_t index, IView* view)
+{
+    const auto found = _find(view);
+    if (found == _views.end())
+        return;
+    const Entry entry = *found;
+    _views.erase(found);
+    index = std::min(index, _views.size());
+    _views.insert(_views.begin() + static_cast<std::ptrdiff_t>(index), entry);
+    if (entry.widget != nullptr)
+        gtk_box_reorder_child(gobj(), entry.widget, _getBoxPosition(index));
+}
+
+int CollectionBoxView::_getBoxPosition(std::size_t index) const
+{
+    const auto end = _views.begin() + static_cast<std::ptrdiff_t>(std::min(index, _views.size()));
+    return static_cast<int>(std::count_if(_views.begin(), end, [](const Entry& e) { return e.widget != nullptr; }));
+}
+
+std::vector<CollectionBoxView::Entry>::iterator CollectionBoxView::_find(IView* view)
+{
+    return std::find_if(_views.begin(), _views.end(), [view](const Entry& e) { return view != nullptr && e.view == view; });
+}
+
+void CollectionBoxView::_onWidgetRemoved(GtkContainer* /*box*/, GtkWidget* widget, gpointer self)
+{
+    auto& views = static_cast<CollectionBoxView*>(self)->_views;
+    views.erase(std::remove_if(views.begin(), views.end(), [widget](const Entry& e) { return e.widget == widget; }),
+                views.end());
 }
 
 } // namespace Zem

@@ -30,11 +30,21 @@ public:
     std::size_t getViewCount() const { return _views.size(); }
 
 private:
+    // A shown view and its widget, found once while the view is sure to be alive; null for a view that is no
+    // widget.
+    struct Entry {
+        IView* view;
+        GtkWidget* widget;
+    };
+
     // The box position of the widget that stands at `index` of `_views`: widgets before it are counted.
     int _getBoxPosition(std::size_t index) const;
-    void _place(std::size_t index, IView* view);
+    std::vector<Entry>::iterator _find(IView* view);
+    // A child widget left the box by other means (its presenter deleted it): its entry goes too.
+    static void _onWidgetRemoved(GtkContainer* box, GtkWidget* widget, gpointer self);
 
-    std::vector<IView*> _views;
+    std::vector<Entry> _views;
+    gulong _removedHandler = 0;
 };
 
 } // namespace Zem

@@ -66,7 +66,12 @@ public:
         _isClosed = true;
         if (this->_isViewInited)
             this->_view->close();
-        _updateViewGuard.safeBeginUpdateView([this] { signalClosed.emit(); });
+        _updateViewGuard.safeBeginUpdateView([this] {
+            // A slot may delete this presenter and the signal with it: the copy shares the slots and releases them
+            // once the emission is over.
+            sigc::signal<void> closed = signalClosed;
+            closed.emit();
+        });
     }
 
     bool isClosed() const { return _isClosed; }

@@ -73,6 +73,26 @@ TEST(CollectionBoxViewTest, BoxOrderFollowsIndexesWithEmptyPlacesBetween)
     }
 }
 
+TEST(CollectionBoxViewTest, ChildDeletedWhileShownLeavesTheBoxConsistent)
+{
+    auto a = std::make_unique<ZemTree::TextView>(false);
+    a->setText("a");
+    ZemTree::TextView b(false);
+    b.setText("b");
+    ZemTree::TextView c(false);
+    c.setText("c");
+    auto box = std::make_unique<Zem::CollectionBoxView>();
+    box->add(a.get());
+    box->add(&b);
+    a.reset();
+    EXPECT_EQ(describeBox(*box), "b");
+    EXPECT_EQ(box->getViewCount(), 1u);
+    box->insert(1, &c);
+    EXPECT_EQ(describeBox(*box), "b,c");
+    box.reset();
+    EXPECT_EQ(b.get_parent(), nullptr) << "a child is still inside a deleted box";
+}
+
 TEST(CollectionBoxViewTest, PresenterSetsTheOrientationOfItsBox)
 {
     struct Row {
