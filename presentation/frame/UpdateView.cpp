@@ -100,9 +100,10 @@ void drain()
             error = std::current_exception();
         }
         {
+            // The exception moves to the waiter, which alone holds it from now on.
             const std::lock_guard<std::mutex> lock(q.mutex);
             pending.wait->isDone = true;
-            pending.wait->error = error;
+            pending.wait->error = std::move(error);
         }
         q.done.notify_all();
     }
@@ -181,8 +182,10 @@ void waitUpdateView(const std::function<void()>& function)
     const unsigned long generation = q.generation;
     push(q, Pending{function, state});
     q.done.wait(lock, [&] { return state->isDone || q.generation != generation; });
-    if (state->error)
-        std::rethrow_exception(state->error);
+    const std::exception_ptr error = std::move(state->error);
+    lock.unlock();
+    if (error)
+        std::rethrow_exception(error);
 }
 
 bool isUpdateViewThread()
