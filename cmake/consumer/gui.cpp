@@ -1,5 +1,4 @@
 #include <ZemTreeRelay/ZemTreeRelayGui.h>
-
 #include <iostream>
 
 // Runs without a display: presenters are plain objects until a widget is asked for.

@@ -11,7 +11,7 @@ std::unique_ptr<IEditableCollectionView> createCollectionBoxView(CollectionOrien
 
 CollectionBoxView::CollectionBoxView(CollectionOrientation orientation)
     : Gtk::Box(orientation == CollectionOrientation::Horizontal ? Gtk::ORIENTATION_HORIZONTAL
-                                                                 : Gtk::ORIENTATION_VERTICAL)
+                                                                : Gtk::ORIENTATION_VERTICAL)
 {
     get_style_context()->add_class("CollectionBoxView");
     _removedHandler = g_signal_connect(gobj(), "remove", G_CALLBACK(&CollectionBoxView::_onWidgetRemoved), this);
@@ -88,7 +88,8 @@ int CollectionBoxView::_getBoxPosition(std::size_t index) const
 
 std::vector<CollectionBoxView::Entry>::iterator CollectionBoxView::_find(IView* view)
 {
-    return std::find_if(_views.begin(), _views.end(), [view](const Entry& e) { return view != nullptr && e.view == view; });
+    return std::find_if(_views.begin(), _views.end(),
+                        [view](const Entry& e) { return view != nullptr && e.view == view; });
 }
 
 void CollectionBoxView::_onWidgetRemoved(GtkContainer* /*box*/, GtkWidget* widget, gpointer self)

@@ -43,7 +43,7 @@ Queue& queue()
     return instance;
 }
 
-void requireOpen(const Queue& q)
+void requireInited(const Queue& q)
 {
     if (q.guiThread == std::thread::id())
         throw std::logic_error("The view update queue is used before initUpdateView");
@@ -160,7 +160,7 @@ void beginUpdateView(const std::function<void()>& function)
 {
     Queue& q = queue();
     const std::lock_guard<std::mutex> lock(q.mutex);
-    requireOpen(q);
+    requireInited(q);
     if (!q.isOpen)
         return;
     push(q, Pending{function, nullptr});
@@ -170,7 +170,7 @@ void waitUpdateView(const std::function<void()>& function)
 {
     Queue& q = queue();
     std::unique_lock<std::mutex> lock(q.mutex);
-    requireOpen(q);
+    requireInited(q);
     if (q.guiThread == std::this_thread::get_id()) {
         lock.unlock();
         function();

@@ -11,8 +11,7 @@ namespace Zem {
 // weak pointer to its token: once the presenter (and with it the guard) is gone, queued work does nothing.
 class UpdateViewGuard {
 public:
-    class LifetimeToken {
-    };
+    class LifetimeToken {};
 
     UpdateViewGuard() : _token(std::make_shared<LifetimeToken>()) {}
     UpdateViewGuard(const UpdateViewGuard&) = delete;

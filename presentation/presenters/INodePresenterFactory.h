@@ -7,7 +7,6 @@ namespace ZemTree {
 class Node;
 
 // Makes the presenter of a tree node.
-class INodePresenterFactory : public Zem::IPresenterFactory<Node*> {
-};
+class INodePresenterFactory : public Zem::IPresenterFactory<Node*> {};
 
 } // namespace ZemTree

@@ -1,10 +1,9 @@
 #include "presentation/frame/EmptyViewPresenter.h"
 #include "presentation/support/CollectionFixtures.h"
 
-#include <gtest/gtest.h>
-
 #include <deque>
 #include <functional>
+#include <gtest/gtest.h>
 #include <stdexcept>
 #include <vector>
 

@@ -1,10 +1,10 @@
 #include "presentation/frame/PresenterBase.h"
+
 #include "presentation/frame/UpdateViewGuard.h"
 #include "presentation/support/FakeViews.h"
 #include "presentation/support/MainLoopPump.h"
 
 #include <gtest/gtest.h>
-
 #include <memory>
 
 using namespace PresentationTest;

@@ -7,12 +7,11 @@
 #include "values/Value.h"
 #include "values/ValueSource.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <deque>
 #include <future>
+#include <gtest/gtest.h>
 #include <mutex>
 #include <stdexcept>
 #include <string>

@@ -1,6 +1,7 @@
 #include "presentation/frame/UpdateView.h"
 
 #include <glibmm/init.h>
+
 #include <gtest/gtest.h>
 
 // Presenter tests run GLib's main loop on this thread, which is the GUI thread of the handoff; no display.

@@ -3,9 +3,9 @@
 #include <glib.h>
 #include <gtkmm/main.h>
 #include <gtkmm/settings.h>
-#include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <gtest/gtest.h>
 
 // Widget tests on the display the test runner gives (xvfb-run): GTK's own theme, one font, no animations, and
 // every GTK critical or warning ends the run, so that a widget added twice is a failure and not a log line.

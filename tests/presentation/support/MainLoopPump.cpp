@@ -43,7 +43,8 @@ bool pumpUntil(const std::function<bool()>& isDone, std::chrono::milliseconds li
             return false;
         iterate();
     }
-    return pumpUntilIdle(std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()));
+    return pumpUntilIdle(
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()));
 }
 
 } // namespace PresentationTest

@@ -1,13 +1,13 @@
 #include "presentation/frame/CollectionBoxView.h"
+
 #include "presentation/frame/EmptyView.h"
 #include "presentation/presenters/TextPresenter.h"
 #include "presentation/support/CollectionFixtures.h"
 #include "presentation/views/TextView.h"
 
-#include <gtest/gtest.h>
-
 #include <deque>
 #include <functional>
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <vector>

@@ -1,13 +1,13 @@
 #include "presentation/frame/NumericEntry.h"
-#include "presentation/support/MainLoopPump.h"
 
 #include "LanguageGuard.h"
+#include "presentation/support/MainLoopPump.h"
 
 #include <gdk/gdkkeysyms.h>
-#include <gtest/gtest.h>
 #include <gtkmm/menu.h>
 #include <gtkmm/window.h>
 
+#include <gtest/gtest.h>
 #include <string>
 
 namespace {
@@ -37,8 +37,7 @@ void sendFocusOut(Gtk::Widget& widget)
 
 // Typing is the text changing; a commit is Enter.
 struct EntryFixture {
-    explicit EntryFixture(Mode mode)
-        : entry(mode)
+    explicit EntryFixture(Mode mode) : entry(mode)
     {
         window.set_default_size(200, 40);
         window.add(entry);

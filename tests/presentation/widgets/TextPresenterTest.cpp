@@ -1,9 +1,9 @@
-#include "core/tree/Node.h"
-#include "presentation/presenters/NodeDescriptorPresenter.h"
 #include "presentation/presenters/TextPresenter.h"
-#include "presentation/views/TextView.h"
 
 #include "LanguageGuard.h"
+#include "core/tree/Node.h"
+#include "presentation/presenters/NodeDescriptorPresenter.h"
+#include "presentation/views/TextView.h"
 
 #include <gtest/gtest.h>
 

@@ -8,10 +8,10 @@
 #include "presentation/support/MainLoopPump.h"
 #include "presentation/widgets/WidgetSupport.h"
 
-#include <gtest/gtest.h>
 #include <gtkmm/window.h>
 
 #include <deque>
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 
@@ -29,8 +29,9 @@ struct SampleWindow {
         }
     };
 
-    SampleWindow() : node("Node", ZemTree::LocalString::create("Trip time", "Время срабатывания")), descriptor(&node),
-                     rows(factory)
+    SampleWindow()
+        : node("Node", ZemTree::LocalString::create("Trip time", "Время срабатывания")), descriptor(&node),
+          rows(factory)
     {
         loadStudioTheme();
         for (const char* name : {"Setting 1.50 s", "Measured 1.52 s", "Deviation 0.02 s"})

@@ -1,15 +1,16 @@
+#include "presentation/frame/WindowPresenter.h"
+
 #include "presentation/frame/ConfirmWindowPresenter.h"
 #include "presentation/frame/ConfirmWindowView.h"
-#include "presentation/frame/WindowPresenter.h"
 #include "presentation/frame/WindowView.h"
 #include "presentation/presenters/TextPresenter.h"
 #include "presentation/support/MainLoopPump.h"
 
 #include <gdk/gdkkeysyms.h>
-#include <gtest/gtest.h>
 #include <gtkmm/window.h>
 
 #include <functional>
+#include <gtest/gtest.h>
 #include <memory>
 
 using namespace PresentationTest;
@@ -57,11 +58,21 @@ TEST(WindowPresenterTest, ConfirmWindowDeletedInsideItsClosedSlot)
     };
     const Row rows[] = {
         {"OK", [](Zem::ConfirmWindowView& w) { w.getOkButton().clicked(); }, true},
-        {"OK twice", [](Zem::ConfirmWindowView& w) { w.getOkButton().clicked(); w.getOkButton().clicked(); }, true},
+        {"OK twice",
+         [](Zem::ConfirmWindowView& w) {
+             w.getOkButton().clicked();
+             w.getOkButton().clicked();
+         },
+         true},
         {"Cancel", [](Zem::ConfirmWindowView& w) { w.getCancelButton().clicked(); }, false},
         {"close button", [](Zem::ConfirmWindowView& w) { sendDelete(w); }, false},
         {"Escape", [](Zem::ConfirmWindowView& w) { sendEscape(w); }, false},
-        {"Cancel then OK", [](Zem::ConfirmWindowView& w) { w.getCancelButton().clicked(); w.getOkButton().clicked(); }, false},
+        {"Cancel then OK",
+         [](Zem::ConfirmWindowView& w) {
+             w.getCancelButton().clicked();
+             w.getOkButton().clicked();
+         },
+         false},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text);
