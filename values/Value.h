@@ -16,6 +16,7 @@
 #include <sigc++/signal.h>
 
 #include <memory>
+#include <mutex>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -133,35 +134,20 @@ public:
         return std::make_shared<DataObj<T>>(getValueOut().value);
     }
 
-    const Zem::ErrorPointer& getError() const override { return getValueOut().error; }
+    // Valid until the value changes next; for the thread that changes the value.
+    const Zem::ErrorPointer& getError() const override { return _getValueOutRecord()->error; }
 
     const ValueFormula* getActiveFormula() const override
     {
         return getIsFormulaSource() ? _formulaEvaluator.get() : nullptr;
     }
 
-    // The value out, computed now if nothing is cached. A value whose formula leads back to itself while it is
-    // being computed sees a default with DataConvertionError instead of recursing.
-    const Zem::Out<T>& getValueOut() const
-    {
-        if (_valueOut)
-            return *_valueOut;
-        if (_isCalculatingValueOut) {
-            if (!_cycleValueOut) {
-                _cycleValueOut = std::make_unique<Zem::Out<T>>();
-                _cycleValueOut->value = _createDefaultData();
-                _cycleValueOut->error = DataConvertionError::getInstance();
-            }
-            return *_cycleValueOut;
-        }
-        std::unique_ptr<Zem::Out<T>> calculated = _calculateGuardedValueOut();
-        // A slot run during the computation may have stored a newer record already.
-        if (!_valueOut)
-            _valueOut = std::move(calculated);
-        return *_valueOut;
-    }
+    // A copy of the value out, computed now if nothing is cached. The copy is taken under the record's lock, so a
+    // view may read it on the GUI thread while the worker sets the value. A value whose formula leads back to
+    // itself while it is being computed sees a default with DataConvertionError instead of recursing.
+    Zem::Out<T> getValueOut() const { return *_getValueOutRecord(); }
 
-    const T& getValue() const { return getValueOut().value; }
+    T getValue() const { return getValueOut().value; }
 
     sigc::signal<void> signalIsFormulaSourceChanged;
     sigc::signal<void> signalDataChanged;
@@ -250,10 +236,10 @@ protected:
     void _onValueOutChanged() const
     {
         if (signalValueOutChanged.empty()) {
-            _valueOut.reset();
+            _storeValueOut(nullptr);
             return;
         }
-        _valueOut = _calculateGuardedValueOut();
+        _storeValueOut(_calculateGuardedValueOut());
         if (_valueOutSignalDepth >= maxNestedValueOutSignals)
             return;
         const DepthGuard guard(_valueOutSignalDepth);
@@ -432,6 +418,44 @@ private:
         int& _depth;
     };
 
+    // The cached record, or one computed now. The lock guards only the pointer: computing runs outside it, as
+    // slots called meanwhile may read this value again.
+    std::shared_ptr<const Zem::Out<T>> _getValueOutRecord() const
+    {
+        if (std::shared_ptr<const Zem::Out<T>> cached = _loadValueOut())
+            return cached;
+        if (_isCalculatingValueOut) {
+            if (!_cycleValueOut) {
+                auto cycle = std::make_shared<Zem::Out<T>>();
+                cycle->value = _createDefaultData();
+                cycle->error = DataConvertionError::getInstance();
+                _cycleValueOut = std::move(cycle);
+            }
+            return _cycleValueOut;
+        }
+        std::shared_ptr<const Zem::Out<T>> calculated = _calculateGuardedValueOut();
+        // A slot run during the computation may have stored a newer record already.
+        const std::lock_guard<std::mutex> lock(_valueOutMutex);
+        if (!_valueOut)
+            _valueOut = std::move(calculated);
+        return _valueOut;
+    }
+
+    std::shared_ptr<const Zem::Out<T>> _loadValueOut() const
+    {
+        const std::lock_guard<std::mutex> lock(_valueOutMutex);
+        return _valueOut;
+    }
+
+    // The old record is released outside the lock: its value may be a data object with a destructor of its own.
+    void _storeValueOut(std::shared_ptr<const Zem::Out<T>> record) const
+    {
+        {
+            const std::lock_guard<std::mutex> lock(_valueOutMutex);
+            _valueOut.swap(record);
+        }
+    }
+
     // Marks the computation, so that a formula leading back here reads the cycle record.
     std::unique_ptr<Zem::Out<T>> _calculateGuardedValueOut() const
     {
@@ -478,8 +502,11 @@ private:
     mutable sigc::connection _dataStructureConnection;
     std::unique_ptr<ValueFormula> _formulaEvaluator;
     sigc::connection _formulaEvaluatorConnection;
-    mutable std::unique_ptr<Zem::Out<T>> _valueOut;
-    mutable std::unique_ptr<Zem::Out<T>> _cycleValueOut;
+    // The record a view reads on the GUI thread while the worker may replace it: the only field of a value that
+    // crosses threads.
+    mutable std::mutex _valueOutMutex;
+    mutable std::shared_ptr<const Zem::Out<T>> _valueOut;
+    mutable std::shared_ptr<const Zem::Out<T>> _cycleValueOut;
     mutable bool _isCalculatingValueOut = false;
     mutable int _valueOutSignalDepth = 0;
 };

@@ -42,6 +42,13 @@ const Row rows[] = {
     {"Graph.lowerToleranceLimit", {"Lower tolerance limit", "Нижняя граница допуска"}},
     {"Graph.outerZoneBound", {"Outer bound of the zone", "Внешняя граница зоны"}},
     {"Graph.innerZoneBound", {"Inner bound of the zone", "Внутренняя граница зоны"}},
+    {"NumericEntry.empty", {"Enter a number", "Введите число"}},
+    {"NumericEntry.notNumber", {"This is not a number", "Это не число"}},
+    {"NumericEntry.notInteger", {"A whole number is expected", "Ожидается целое число"}},
+    {"NumericEntry.belowMinimum", {"The least allowed value is", "Наименьшее допустимое значение"}},
+    {"NumericEntry.aboveMaximum", {"The greatest allowed value is", "Наибольшее допустимое значение"}},
+    {"Window.ok", {"OK", "ОК"}},
+    {"Window.cancel", {"Cancel", "Отмена"}},
 };
 
 } // namespace
