@@ -3,6 +3,7 @@
 #include "collections/IStructureChanged.h"
 #include "core/common/ConvertionHelper.h"
 #include "core/common/Out.h"
+#include "core/common/ScopedConnection.h"
 #include "core/common/XmlInclude.h"
 #include "core/formula/ValueFormula.h"
 #include "core/tree/DataObj.h"
@@ -52,11 +53,7 @@ public:
             _followData(source->getNativeData());
     }
 
-    ~Value() override
-    {
-        _dataStructureConnection.disconnect();
-        _formulaEvaluatorConnection.disconnect();
-    }
+    ~Value() override = default;
 
     Value(const Value&) = delete;
     Value& operator=(const Value&) = delete;
@@ -271,7 +268,6 @@ protected:
             return;
         }
         auto evaluator = std::make_unique<ValueFormula>(_node, formula);
-        _formulaEvaluatorConnection.disconnect();
         _formulaEvaluatorConnection =
             evaluator->getSignalValueOutChanged().connect([this] { _formulaEvaluatorValueOutChanged(); });
         _formulaEvaluator = std::move(evaluator);
@@ -499,9 +495,9 @@ private:
 
     Node* _node;
     mutable IValueSource<T>* _valueSource;
-    mutable sigc::connection _dataStructureConnection;
+    mutable Zem::ScopedConnection _dataStructureConnection;
     std::unique_ptr<ValueFormula> _formulaEvaluator;
-    sigc::connection _formulaEvaluatorConnection;
+    Zem::ScopedConnection _formulaEvaluatorConnection;
     // The record a view reads on the GUI thread while the worker may replace it: the only field of a value that
     // crosses threads.
     mutable std::mutex _valueOutMutex;
