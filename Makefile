@@ -6,7 +6,11 @@ PACKAGES := cmake ninja-build g++ pkg-config libsigc++-2.0-dev libxml++2.6-dev l
 JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
 BUILD    ?= build
 
-.PHONY: all deps configure build demo test test-asan test-tsan bench fuzz fuzz-smoke install clean
+# The one clang-format the sources are checked with.
+CLANG_FORMAT := clang-format-14
+
+.PHONY: all deps configure build demo test test-asan test-tsan format-deps format format-check bench fuzz fuzz-smoke install \
+        clean
 
 all: build
 
@@ -62,6 +66,17 @@ test-tsan: deps
 	cmake --build build-tsan -j $(JOBS)
 	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
 	    ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R 'Queue|Thread|AutoResetEvent|Evaluat|Device|Relay|Runner|UpdateView'
+
+# The sources as the pinned clang-format writes them (.clang-format); format-check changes nothing and fails on drift.
+format-deps:
+	@command -v $(CLANG_FORMAT) > /dev/null || { apt-get update -q && \
+	    DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $(CLANG_FORMAT); }
+
+format: format-deps
+	git ls-files '*.h' '*.cpp' | xargs $(CLANG_FORMAT) -i
+
+format-check: format-deps
+	git ls-files '*.h' '*.cpp' | xargs $(CLANG_FORMAT) --dry-run --Werror
 
 # libFuzzer targets of fuzz/, built with clang under ASan and UBSan.
 FUZZ_SECONDS ?= 60
