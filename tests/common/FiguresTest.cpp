@@ -119,15 +119,31 @@ TEST(FiguresDrawManagerTest, AxesHoldTheDataWithRoundTicks)
     };
     const std::vector<Row> rows = {
         {"no figures: 0..1", [] { return Figures(); }, none, none, none, none, 0.0, 1.0, 0.0, 1.0},
-        {"only non-finite points", [] { return single({{NaN, 1}, {Inf, 2}, {3, -Inf}}); }, none, none, none, none, 0.0,
-         1.0, 0.0, 1.0},
-        {"five per cent margin", [] { return single({{0, 0}, {10, 100}}); }, 0, 10, 0, 100, -0.5, 10.5, -5, 105},
-        {"a single point is widened around itself", [] { return single({{-2.5f, 7}}); }, -2.5, -2.5, 7, 7, -2.75,
-         -2.25, 6.3, 7.7},
-        {"largest floats", [] { return single({{-3e38f, -3e38f}, {3e38f, 3e38f}}); }, -3e38, 3e38, -3e38, 3e38, none,
-         none, none, none},
-        {"a tiny span far from zero", [] { return single({{1000, 1}, {1000.0001f, 1.0000001f}}); }, 1000, 1000.0001, 1,
-         1.0000001, none, none, none, none},
+        {"only non-finite points",
+         [] {
+             return single({{NaN, 1}, {Inf, 2}, {3, -Inf}});
+         },
+         none, none, none, none, 0.0, 1.0, 0.0, 1.0},
+        {"five per cent margin",
+         [] {
+             return single({{0, 0}, {10, 100}});
+         },
+         0, 10, 0, 100, -0.5, 10.5, -5, 105},
+        {"a single point is widened around itself",
+         [] {
+             return single({{-2.5f, 7}});
+         },
+         -2.5, -2.5, 7, 7, -2.75, -2.25, 6.3, 7.7},
+        {"largest floats",
+         [] {
+             return single({{-3e38f, -3e38f}, {3e38f, 3e38f}});
+         },
+         -3e38, 3e38, -3e38, 3e38, none, none, none, none},
+        {"a tiny span far from zero",
+         [] {
+             return single({{1000, 1}, {1000.0001f, 1.0000001f}});
+         },
+         1000, 1000.0001, 1, 1.0000001, none, none, none, none},
         {"a figure of another kind counts, a null one not",
          [] {
              Figures figures = single({{0, 0}, {1, 1}});
@@ -271,8 +287,16 @@ TEST(FiguresDrawManagerTest, HostileInputStillGivesAPicture)
         std::string horizontal, vertical;
     };
     const std::vector<Row> rows = {
-        {"infinities", [] { return single({{-Inf, Inf}, {Inf, -Inf}, {0, 1}}); }, "x", "y"},
-        {"extremes", [] { return single({{-3.4e38f, 1.4e-45f}, {3.4e38f, 3e-45f}}); }, "x", "y"},
+        {"infinities",
+         [] {
+             return single({{-Inf, Inf}, {Inf, -Inf}, {0, 1}});
+         },
+         "x", "y"},
+        {"extremes",
+         [] {
+             return single({{-3.4e38f, 1.4e-45f}, {3.4e38f, 3e-45f}});
+         },
+         "x", "y"},
         {"malformed UTF-8",
          [] {
              Figures figures;
@@ -284,7 +308,8 @@ TEST(FiguresDrawManagerTest, HostileInputStillGivesAPicture)
          [] {
              Figures figures;
              for (int i = 0; i < 120; ++i)
-                 figures["curve " + std::to_string(i)] = std::move(single({{float(i), 0}, {float(i), 1}}, i % 2 == 0)["a"]);
+                 figures["curve " + std::to_string(i)] =
+                     std::move(single({{float(i), 0}, {float(i), 1}}, i % 2 == 0)["a"]);
              return figures;
          },
          "x", "y"},

@@ -176,7 +176,6 @@ TEST(ConvertionHelperTest, SharedPointerReadingBuildsANewObject)
     EXPECT_EQ(picky, kept);
     ASSERT_TRUE((Zem::tryConvert<std::shared_ptr<Picky>, true, true>("7", picky)));
     EXPECT_EQ(picky->number, 7);
-
 }
 
 TEST(ConvertionHelperTest, TypeWithoutTextFormThrowsOrFails)
@@ -372,10 +371,9 @@ TEST_F(DateTimeHelperTest, EpochCounts)
     EXPECT_EQ(DateTimeHelper::toMilliseconds(DateTimeHelper::fromNanoseconds(1999999)), 1);
 }
 
-
 using Zem::NumericHelper;
 
-struct Row {
+struct StepRow {
     const char* name;
     double value, step, origin, expected;
 };
@@ -383,7 +381,7 @@ struct Row {
 // Exact comparison on purpose: the result must be the double nearest to the decimal multiple.
 TEST(NumericHelperTest, StepRoundingTable)
 {
-    const std::vector<Row> rows = {
+    const std::vector<StepRow> rows = {
         {"below half", 0.124, 0.01, 0.0, 0.12},
         {"half step, binary just below", 0.125, 0.01, 0.0, 0.13},
         {"half step, 1.005", 1.005, 0.01, 0.0, 1.01},
@@ -397,7 +395,7 @@ TEST(NumericHelperTest, StepRoundingTable)
         {"origin 1000, half step", 1000.005, 0.01, 1000.0, 1000.01},
         {"large value half step", 1000000000.005, 0.01, 0.0, 1000000000.01},
     };
-    for (const Row& row : rows) {
+    for (const StepRow& row : rows) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(NumericHelper::stepRounding(row.value, row.step, row.origin), row.expected);
     }
@@ -413,9 +411,7 @@ TEST(NumericHelperTest, FineStepsAndZero)
 
 TEST(NumericHelperTest, UnusableInputsReturnTheValue)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_TRUE(std::isnan(NumericHelper::stepRounding(nan, 0.01)));
+    EXPECT_TRUE(std::isnan(NumericHelper::stepRounding(quietNan, 0.01)));
     EXPECT_EQ(NumericHelper::stepRounding(inf, 0.01), inf);
     EXPECT_EQ(NumericHelper::stepRounding(1.234, 0.0), 1.234);
     EXPECT_EQ(NumericHelper::stepRounding(1.234, -0.01), 1.234);
@@ -423,7 +419,6 @@ TEST(NumericHelperTest, UnusableInputsReturnTheValue)
     // Too many steps from the origin for a double to hold a fraction: nothing to round, and no overflow.
     EXPECT_EQ(NumericHelper::stepRounding(1e20, 0.01), 1e20);
 }
-
 
 TEST(PathHelperTest, FileNameAndFileNameWithoutExtension)
 {
@@ -448,7 +443,6 @@ TEST(PathHelperTest, FileNameAndFileNameWithoutExtension)
     }
 }
 
-
 using Zem::StringHelper;
 
 TEST(StringHelperTest, SplitKeepsEmptyParts)
@@ -458,7 +452,10 @@ TEST(StringHelperTest, SplitKeepsEmptyParts)
         std::vector<std::string> parts;
     };
     const std::vector<Row> rows = {
-        {"", {""}}, {"a;b;", {"a", "b", ""}}, {";a", {"", "a"}}, {"a;;b", {"a", "", "b"}},
+        {"", {""}},
+        {"a;b;", {"a", "b", ""}},
+        {";a", {"", "a"}},
+        {"a;;b", {"a", "", "b"}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE("\"" + row.text + "\"");
@@ -472,7 +469,9 @@ TEST(StringHelperTest, ReplaceAll)
         std::string text, pattern, replacement, expected;
     };
     const std::vector<Row> rows = {
-        {"aaa", "aa", "b", "ba"}, {"abc", "", "x", "abc"}, {"abcb", "b", "", "ac"},
+        {"aaa", "aa", "b", "ba"},
+        {"abc", "", "x", "abc"},
+        {"abcb", "b", "", "ac"},
         {"a.b", ".", "..", "a..b"}, // The replacement is not scanned again.
     };
     for (const Row& row : rows) {
@@ -548,7 +547,8 @@ TEST(TypeHelperTest, NamesOfNamespacedAndTemplateTypes)
          "ZemTypeHelperTest::Inner::Holder<ZemTypeHelperTest::Inner::Sample>::Nested", "Nested"},
         {TypeHelper::getTypeName<Local>(), TypeHelper::getShortTypeName<Local>(),
          "ZemTypeHelperTest::(anonymous namespace)::Local", "Local"},
-        {TypeHelper::getTypeName<std::map<int, Inner::Sample>>(), TypeHelper::getShortTypeName<std::map<int, Inner::Sample>>(),
+        {TypeHelper::getTypeName<std::map<int, Inner::Sample>>(),
+         TypeHelper::getShortTypeName<std::map<int, Inner::Sample>>(),
          "std::map<int, ZemTypeHelperTest::Inner::Sample, std::less<int>, "
          "std::allocator<std::pair<int const, ZemTypeHelperTest::Inner::Sample> > >",
          "map<int, Sample, less<int>, allocator<pair<int const, Sample> > >"},
@@ -568,7 +568,6 @@ TEST(TypeHelperTest, StripQualifiersToleratesOddTexts)
     // Unbalanced brackets come from no demangler, but must not crash.
     EXPECT_NO_THROW(TypeHelper::stripQualifiers("a>>)::b"));
 }
-
 
 // Each name is set on a thread of its own, so the test runner's thread keeps its name.
 std::string nameSetOnFreshThread(const char* name)
@@ -603,7 +602,6 @@ TEST(ThreadHelperTest, NamesAreCutToWhatLinuxKeeps)
         EXPECT_EQ(nameSetOnFreshThread(row.given), row.expected);
     }
 }
-
 
 struct Shape {
     virtual ~Shape() = default;

@@ -2,11 +2,12 @@
 #include "core/common/PointerConnectionsDispatcher.h"
 #include "core/common/ScopedConnection.h"
 
+#include <sigc++/signal.h>
+
 #include <atomic>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <memory>
-#include <sigc++/signal.h>
 #include <thread>
 
 namespace {
@@ -66,7 +67,6 @@ TEST(AutoResetEventTest, WaiterMayDestroyTheEventRightAfterRelease)
         setter.join();
     }
 }
-
 
 struct Counter {
     int a = 0;
@@ -135,7 +135,6 @@ TEST(PointerConnectionsDispatcherTest, SlotDestructorMayCallBackIntoTheDispatche
     EXPECT_EQ(calls, 0);
     EXPECT_EQ(dispatcher.size(), 0u);
 }
-
 
 TEST(ScopedConnectionTest, ReassignmentCutsTheOldConnection)
 {

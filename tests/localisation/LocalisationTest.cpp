@@ -2,8 +2,8 @@
 #include "localisation/TreePresentersLocalization.h"
 #include "localisation/TreeRelay.h"
 
-#include <gtest/gtest.h>
 #include <functional>
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -30,13 +30,32 @@ TEST_F(LocalisationTest, EveryKeyHasItsOwnTextInBothLanguages)
     const auto tree = [](const std::string& key) { return std::string(lng::Tree::get(key)); };
     const auto relay = [](const std::string& key) { return std::string(lng::TreeRelay::get(key)); };
     std::vector<Row> rows;
-    for (const char* key :
-         {"error.ReadOnly", "Units.zemolIn", "Units.zemolOut", "Units.zemolOutCollection", "Units.analogOutputRedirect",
-          "Properties.Measure", "normalOpenShort", "normalClosedShort", "InContactMode.Off", "InContactMode.NoLoad",
-          "InContactMode.SC", "InContactMode.Pause", "InContactMode.RPO", "InContactMode.RPV",
-          "Hardware.binaryInputs", "Hardware.binaryOutputs", "Hardware.analogOutputs", "Hardware.group",
-          "Hardware.input", "Hardware.output", "Flag.yes", "Flag.no", "Graph.upperToleranceLimit",
-          "Graph.lowerToleranceLimit", "Graph.outerZoneBound", "Graph.innerZoneBound"}) {
+    for (const char* key : {"error.ReadOnly",
+                            "Units.zemolIn",
+                            "Units.zemolOut",
+                            "Units.zemolOutCollection",
+                            "Units.analogOutputRedirect",
+                            "Properties.Measure",
+                            "normalOpenShort",
+                            "normalClosedShort",
+                            "InContactMode.Off",
+                            "InContactMode.NoLoad",
+                            "InContactMode.SC",
+                            "InContactMode.Pause",
+                            "InContactMode.RPO",
+                            "InContactMode.RPV",
+                            "Hardware.binaryInputs",
+                            "Hardware.binaryOutputs",
+                            "Hardware.analogOutputs",
+                            "Hardware.group",
+                            "Hardware.input",
+                            "Hardware.output",
+                            "Flag.yes",
+                            "Flag.no",
+                            "Graph.upperToleranceLimit",
+                            "Graph.lowerToleranceLimit",
+                            "Graph.outerZoneBound",
+                            "Graph.innerZoneBound"}) {
         rows.push_back({key, tree});
     }
     for (const char* key :

@@ -1,3 +1,5 @@
+#include "core/tree/Node.h"
+
 #include "TemporaryFolder.h"
 #include "TreeTestNodes.h"
 #include "contactunits/ContactUnitsTestSupport.h"
@@ -10,7 +12,6 @@
 #include "core/tree/HardwareContainerRootWatcher.h"
 #include "core/tree/MeasureProperty.h"
 #include "core/tree/Measures.h"
-#include "core/tree/Node.h"
 #include "core/tree/NodeFactory.h"
 #include "core/tree/NodePathHelper.h"
 #include "core/tree/NodeTreeTraversal.h"
@@ -373,8 +374,8 @@ TEST(NodePathHelperTest, MalformedOrMissingPathsGiveNull)
 {
     const Tree tree;
     // ".." from the root and the long climb both go above the root.
-    const char* const paths[] = {"",   "/",   "Settings/", "Settings//Iset", "..",  "Nobody",
-                                 "%2", "%zz", "100%",      "a/b",            "%%",  "Settings/Iset/../../../.."};
+    const char* const paths[] = {"",     "/",   "Settings/", "Settings//Iset",           "..", "Nobody", "%2", "%zz",
+                                 "100%", "a/b", "%%",        "Settings/Iset/../../../.."};
     for (const char* path : paths) {
         SCOPED_TRACE(path);
         EXPECT_EQ(nullptr, NodePathHelper::getTarget(tree.root.get(), path));
@@ -846,7 +847,6 @@ TEST(HardwareContainerRootWatcherTest, DyingAncestorLeavesNoDanglingWatch)
     root.setHardware(&hardware);
     EXPECT_EQ((std::vector<HardwareManager*>{&hardware, nullptr, &hardware}), node->published);
 }
-
 
 namespace fs = std::filesystem;
 using ZemTree::DisplayXmlParameters;

@@ -94,7 +94,6 @@ TEST(DeviationTest, DisplayValueShowsTheSetPartsWithTheirSigns)
     }
 }
 
-
 using ZemTree::ExtendedTypeInfo;
 using ZemTree::ExtendedTypeInfoTypeConverter;
 
@@ -130,7 +129,6 @@ TEST(ExtendedTypeInfoTest, ParsesAnyText)
     EXPECT_EQ("T", ExtendedTypeInfoTypeConverter::fromStringData("T#").getTypeName());
     EXPECT_THROW(ExtendedTypeInfo("a#b"), std::logic_error);
 }
-
 
 using ZemTree::LocalString;
 
@@ -199,7 +197,6 @@ TEST(LocalStringTest, EmptyAndEquality)
     EXPECT_NE(LocalString("a"), onlyRussian);
     EXPECT_EQ(LocalString(), LocalString::Empty());
 }
-
 
 using ZemTree::LocalString;
 using ZemTree::LocalStringTypeConverter;
@@ -358,7 +355,6 @@ TEST(MeasureTypeConverterTest, UnknownTextGivesNull)
     EXPECT_EQ("", MeasureTypeConverter::toStringData(nullptr));
 }
 
-
 using ZemTree::RangeStructure;
 
 std::string textOf(const RangeStructure& range)
@@ -425,7 +421,6 @@ TEST(RangeStructureTest, MalformedTextSetsBadbitAndKeepsTheRange)
         EXPECT_EQ(RangeStructure::Standart(7.0, 8.0), range);
     }
 }
-
 
 using ZemTree::RangeStructure;
 using ZemTree::Tolerance;
@@ -546,7 +541,6 @@ TEST(ToleranceTest, ItemChangesReachTheToleranceOnce)
     EXPECT_EQ(4, signals);
 }
 
-
 using ZemTree::RangeStructure;
 using ZemTree::Tolerance;
 using ZemTree::ToleranceHelper;
@@ -610,7 +604,6 @@ TEST(ToleranceHelperTest, NoItemsGiveTheZeroTolerance)
         EXPECT_EQ(ToleranceReduced::Zero(), *reduced);
     }
 }
-
 
 using ZemTree::RangeStructure;
 using ZemTree::ToleranceReduced;

@@ -30,13 +30,13 @@
 #include <vector>
 
 using namespace ValueTest;
-using ZemTreeTest::loadFromString;
-using ZemTreeTest::makeMode;
-using ZemTreeTest::saveToString;
 using ZemTree::EmbeddedFormula;
 using ZemTree::ExtendedTypeInfo;
 using ZemTree::Node;
 using ZemTree::SerializationMode;
+using ZemTreeTest::loadFromString;
+using ZemTreeTest::makeMode;
+using ZemTreeTest::saveToString;
 
 namespace {
 
@@ -395,9 +395,6 @@ TEST(UnitTest, UnitTakesNoFreeChildren)
 
 // The core's number, flag and text units: their shown form, bounds, saved form and what they put in a report.
 
-
-
-
 namespace {
 
 using ZemTree::BooleanUnit;
@@ -436,9 +433,9 @@ TEST_F(CoreUnitsTest, NumbersShowAtMostTheirPrecisionWithoutTrailingZeros)
         int precision;
         const char* shown;
     } rows[] = {
-        {2.5, 6, "2.5"},       {90.0, 6, "90"},         {0.1 + 0.2, 6, "0.3"},      {1.0 / 3.0, 3, "0.333"},
-        {-0.0004, 3, "0"},     {1234567.891, 0, "1234568"}, {1e-9, 6, "0"},         {-2.25, 1, "-2.2"},
-        {1e20, 2, "100000000000000000000"},
+        {2.5, 6, "2.5"},         {90.0, 6, "90"},    {0.1 + 0.2, 6, "0.3"},
+        {1.0 / 3.0, 3, "0.333"}, {-0.0004, 3, "0"},  {1234567.891, 0, "1234568"},
+        {1e-9, 6, "0"},          {-2.25, 1, "-2.2"}, {1e20, 2, "100000000000000000000"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.shown);
@@ -462,9 +459,12 @@ TEST_F(CoreUnitsTest, NumberOutsideItsBoundsStaysButShowsTheRangeError)
         double data;
         bool inRange;
     } rows[] = {
-        {"inside", false, "", 4.0, true},       {"on the upper bound", false, "", 10.0, true},
-        {"above", false, "", 10.5, false},      {"below", false, "", -1.0, false},
-        {"a formula above", true, "6*2", 0.0, false}, {"a formula inside", true, "6/2", 0.0, true},
+        {"inside", false, "", 4.0, true},
+        {"on the upper bound", false, "", 10.0, true},
+        {"above", false, "", 10.5, false},
+        {"below", false, "", -1.0, false},
+        {"a formula above", true, "6*2", 0.0, false},
+        {"a formula inside", true, "6/2", 0.0, true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.text);
@@ -532,7 +532,7 @@ TEST_F(CoreUnitsTest, ReportCarriesValueMeasureFormulaAndError)
 {
     ZemTree::Node root("Root");
     root.add(std::make_unique<NumericUnit>("Current", LocalString("Current"), LocalString::Empty(), 1.25,
-                                               ZemTree::Measures::Ampere()));
+                                           ZemTree::Measures::Ampere()));
     NumericUnit* const computed = root.add(std::make_unique<NumericUnit>("Computed"));
     NumericUnit* const broken = root.add(std::make_unique<NumericUnit>("Broken"));
     BooleanUnit* const flag = root.add(std::make_unique<BooleanUnit>("Flag"));
