@@ -195,27 +195,6 @@ TEST_F(ContactUnitTest, ReportShowsTheChannelAsTheUserKnowsIt)
     }
 }
 
-TEST_F(ContactUnitTest, SavedContactReadsBackIntoAFreshTree)
-{
-    for (const bool withHardware : {true, false}) {
-        SCOPED_TRACE(withHardware ? "with hardware" : "without hardware");
-        HardwareNode source("Root", withHardware ? &hardware : nullptr);
-        HardwareOutContactUnit* const unit = source.add(std::make_unique<HardwareOutContactUnit>("Out"));
-        unit->setData(std::make_shared<Contact>(4, false));
-        const std::string saved = saveToString(source, makeMode(SerializationMode::User));
-
-        HardwareNode target("Root", withHardware ? &hardware : nullptr);
-        std::vector<std::string> problems;
-        loadFromString(target, saved, makeMode(SerializationMode::User, &problems));
-        EXPECT_TRUE(problems.empty());
-        ASSERT_EQ(1u, target.size());
-        auto* const loaded = dynamic_cast<HardwareOutContactUnit*>(target.at(0));
-        ASSERT_NE(nullptr, loaded);
-        EXPECT_EQ(withHardware ? "!BinaryOutputs/Group 1/Output 4" : "!4", textOf(loaded->getValue()));
-        EXPECT_EQ(saved, saveToString(target, makeMode(SerializationMode::User)));
-    }
-}
-
 TEST_F(ContactUnitTest, ReadingKeepsTheContactWhenTheSavedChannelTypeFollowsIt)
 {
     ContactUnit* const unit = root.add(std::make_unique<ContactUnit>("Plain"));

@@ -1,7 +1,6 @@
 #include "GraphTestHelper.h"
 #include "core/common/ConvertionHelper.h"
 #include "core/common/PointsSequence.h"
-#include "core/common/TypeHelper.h"
 #include "core/tree/MeasureTypeConverter.h"
 #include "core/tree/Measures.h"
 #include "core/tree/Tolerance.h"
@@ -10,7 +9,6 @@
 #include "results/graph/GraphDataHeader.h"
 #include "results/graph/GraphDataRecord.h"
 #include "results/graph/GraphDataTable.h"
-#include "results/graph/GraphManagerFactory.h"
 #include "results/graph/GraphManagerHelper.h"
 #include "results/graph/GraphTimeManager.h"
 #include "results/graph/GraphZPhiManager.h"
@@ -25,24 +23,8 @@
 
 namespace {
 
-using ZemTree::GraphManagerFactory;
 using ZemTree::GraphTimeManager;
 using ZemTree::GraphZPhiManager;
-
-TEST(GraphManagerFactoryTest, ManagersOfTheLibraryAreRegisteredOnce)
-{
-    auto& factory = GraphManagerFactory::getInstance();
-    const auto time = factory.create(Zem::TypeHelper::getTypeName(typeid(GraphTimeManager)));
-    const auto* made = dynamic_cast<GraphTimeManager*>(time.get());
-    ASSERT_NE(made, nullptr);
-    EXPECT_EQ(made->getFormula(), "{T}");
-    const auto zPhi = factory.create(Zem::TypeHelper::getTypeName(typeid(GraphZPhiManager)));
-    EXPECT_NE(dynamic_cast<GraphZPhiManager*>(zPhi.get()), nullptr);
-
-    const std::size_t count = factory.getTypeNames().size();
-    EXPECT_TRUE(factory.registerType<GraphTimeManager>());
-    EXPECT_EQ(factory.getTypeNames().size(), count);
-}
 
 using ZemTree::GraphManagerHelper;
 

@@ -224,41 +224,6 @@ TEST(NodeTest, HierarchicalPositionSignalReachesTheMovedSubtree)
 
 using namespace ZemTree;
 
-namespace {
-
-// Registered only by the test below, so the test owns its entry.
-class LateNode : public Node {
-public:
-    LateNode() : Node("Late") {}
-};
-
-} // namespace
-
-TEST(NodeFactoryTest, FirstRegistrationWinsAndBothReturnTrue)
-{
-    const std::string key = Zem::TypeHelper::getTypeName(typeid(LateNode));
-    ASSERT_FALSE(NodeFactory::isRegistered(key));
-    EXPECT_EQ(NodeFactory::create(key), nullptr);
-
-    // An earlier maker under the same key, which gives itself away by the id of what it makes.
-    NodeFactory::_getNodeMap()[key] = [] { return std::make_unique<Node>("FromFirstMaker"); };
-    const std::size_t sizeBefore = NodeFactory::_getNodeMap().size();
-
-    EXPECT_TRUE(NodeFactory::registerType<LateNode>());
-    EXPECT_TRUE(NodeFactory::registerType<LateNode>());
-    EXPECT_EQ(NodeFactory::_getNodeMap().size(), sizeBefore);
-    const std::unique_ptr<Node> made = NodeFactory::create(key);
-    ASSERT_NE(made, nullptr);
-    EXPECT_EQ(made->getId(), "FromFirstMaker");
-
-    NodeFactory::_getNodeMap().erase(key);
-    EXPECT_TRUE(NodeFactory::registerType<LateNode>());
-    const std::unique_ptr<Node> late = NodeFactory::create(key);
-    ASSERT_NE(late, nullptr);
-    EXPECT_NE(dynamic_cast<LateNode*>(late.get()), nullptr);
-    NodeFactory::_getNodeMap().erase(key);
-}
-
 TEST(NodeFactoryTest, RegisteredTypesBuildTheirOwnClass)
 {
     struct Row {

@@ -649,17 +649,6 @@ TEST(ToleranceReducedTypeConverterTest, MalformedTextIsRefusedAndLeavesTheTolera
 
 using namespace ZemTree;
 
-TEST(ValueErrorsTest, SingletonsAreSharedAndReadable)
-{
-    EXPECT_STREQ(MissingElementError::getInstance()->what(), "The element is missing");
-    EXPECT_STREQ(DataConvertionError::getInstance()->what(), "The data cannot be converted");
-
-    // A value out holds them as plain exceptions and still tells them apart.
-    const std::shared_ptr<const std::exception> error = DataConvertionError::getInstance();
-    EXPECT_NE(std::dynamic_pointer_cast<const DataConvertionError>(error), nullptr);
-    EXPECT_EQ(std::dynamic_pointer_cast<const MissingElementError>(error), nullptr);
-}
-
 TEST(ValueErrorsTest, FormulaErrorNamesProblemAndPosition)
 {
     const FormulaError error("Unknown function 'foo'", 3);
