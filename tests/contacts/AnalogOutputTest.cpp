@@ -87,11 +87,7 @@ TEST(AnalogOutputTargetTest, ReadingAndCopiesDoNotCarrySubscribers)
     EXPECT_EQ(0, counter.count) << "reading replaced the subscribers";
 }
 
-using ContactTestSupport::readInto;
-using ContactTestSupport::StructureCounter;
-using ContactTestSupport::textOf;
 using ZemTree::AnalogOutputRedirectCollection;
-using ZemTree::AnalogOutputTarget;
 
 class LockableRedirectCollection : public AnalogOutputRedirectCollection {
 public:

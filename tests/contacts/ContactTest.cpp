@@ -156,9 +156,6 @@ TEST(ContactTest, NumberIsWrittenWithoutGroupingUnderACommaLocale)
     EXPECT_EQ(12345, contact.getNumber());
 }
 
-using ContactTestSupport::readInto;
-using ContactTestSupport::StructureCounter;
-using ContactTestSupport::textOf;
 using ZemTree::ContactElement;
 using ZemTree::ContactMode;
 
@@ -321,8 +318,6 @@ TEST(ContactElementTest, TimesIgnoreACommaLocale)
     EXPECT_EQ(0.25, read.getFinish());
 }
 
-using ZemTree::ContactMode;
-
 class ContactModeTest : public ::testing::Test {
 protected:
     void TearDown() override { lng::language = 0; }
@@ -367,14 +362,9 @@ TEST_F(ContactModeTest, DefaultLimiterHoldsEveryModeInOrderWithItsDisplayText)
     connection.disconnect();
 }
 
-using ContactTestSupport::readInto;
-using ContactTestSupport::StructureCounter;
-using ContactTestSupport::textOf;
 using ::testing::StrEq;
 using ::testing::ThrowsMessage;
 using ZemTree::ContactCollection;
-using ZemTree::ContactElement;
-using ZemTree::ContactMode;
 
 // A collection that the test can lock, as a unit locks the collection it owns.
 class LockableContactCollection : public ContactCollection {

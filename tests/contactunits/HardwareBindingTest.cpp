@@ -171,8 +171,6 @@ TEST(HardwareBasedUnitHelperTest, ValueChannelFollowsTheFamilyOfTheChannelType)
 
 namespace {
 
-using ContactUnitsTest::makeLayout;
-using ZemDevice::HardwareManager;
 using ZemTree::Node;
 
 template <class UnitT> std::unique_ptr<UnitT> makeUnit()
@@ -363,7 +361,6 @@ using ContactUnitsTest::HardwareNode;
 using ContactUnitsTest::loadFromString;
 using ContactUnitsTest::makeMode;
 using ContactUnitsTest::saveToString;
-using ZemTree::Node;
 using ZemTree::NodeFactory;
 using ZemTree::SerializationMode;
 

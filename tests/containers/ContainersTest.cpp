@@ -103,9 +103,6 @@ TEST(CollectionContainers, ProtectionFilterIsAskedOnEveryAdd)
     EXPECT_EQ(protection.getTests()->size(), 2u);
 }
 
-using namespace ZemTree;
-using namespace ZemTreeTest;
-
 namespace {
 
 using Flag = Zem::Nullable<bool>;
@@ -248,9 +245,6 @@ TEST(TestableContainer, RemovingAnEmptyGroupRestoresItsParent)
     EXPECT_EQ(tree.root.getIsEvaluated(), Flag(true));
     EXPECT_EQ(counter.of(&tree.root), 1);
 }
-
-using namespace ZemTree;
-using namespace ZemTreeTest;
 
 namespace {
 
@@ -428,9 +422,6 @@ TEST(UnitableStructureContainer, TemplateThatContainsItselfIsAppliedOnce)
     EXPECT_TRUE(inner->isInited());
     EXPECT_TRUE(inner->getContainers()->empty());
 }
-
-using namespace ZemTree;
-using namespace ZemTreeTest;
 
 namespace {
 

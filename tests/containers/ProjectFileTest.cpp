@@ -557,9 +557,6 @@ TEST(ProjectFile, CheckFindsWhatASaveWouldDrop)
     }
 }
 
-using namespace ZemTree;
-using namespace ZemTreeTest;
-
 namespace {
 
 // A test whose results section holds one result unit of each kind.
@@ -688,7 +685,6 @@ std::vector<std::string> verdicts(Node& root)
     }
     return lines;
 }
-
 
 } // namespace
 

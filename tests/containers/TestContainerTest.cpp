@@ -226,9 +226,6 @@ TEST(TestContainerReport, ReportOfAFinishedTestCarriesItsTimes)
     EXPECT_EQ(attributeOf(element, "Mode"), "<none>");
 }
 
-using namespace ZemTree;
-using namespace ZemTreeTest;
-
 namespace {
 
 constexpr std::chrono::milliseconds timeout{10000};

@@ -178,7 +178,6 @@ TEST(FormulaParserTest, RandomTextNeverThrowsAndGivesValueOrError)
 }
 
 using Formula::FormulaEvaluator;
-using Formula::FormulaParser;
 using Formula::ValueExpression;
 
 const double inf = std::numeric_limits<double>::infinity();
@@ -360,8 +359,6 @@ TEST(FormulaEvaluatorTest, NoResolverAndNoParsedFormulaAreErrorsNotCrashes)
     EXPECT_EQ(nothing.value, nullptr);
     EXPECT_NE(dynamic_cast<const ZemTree::FormulaError*>(nothing.error.get()), nullptr);
 }
-
-using Formula::ValueExpression;
 
 TEST(ValueExpressionTest, NumberTextReadsBackExactly)
 {

@@ -313,11 +313,9 @@ TEST_F(ValueFormulaTest, DestroyingTheFormulaDisconnects)
 
 using FormulaTest::QualifiedContainer;
 using FormulaTest::TargetContainer;
-using FormulaTest::ValueNode;
 using ZemTree::EmbeddedDispatcher;
 using ZemTree::EmbeddedFormula;
 using ZemTree::ExtendedTypeInfo;
-using ZemTree::Node;
 
 // Root
 // └── Block
@@ -492,7 +490,6 @@ TEST_F(EmbeddedDispatcherTest, ItsSlotMayDestroyIt)
     EXPECT_TRUE(block->getSignalCollectionChanged().empty());
 }
 
-using ZemTree::Node;
 using ZemTree::TreeWatcher;
 
 struct Counts {

@@ -51,7 +51,6 @@ TEST(GraphManagerHelperTest, DoublesBeyondTheFloatsBecomeInfinities)
 }
 
 using Zem::PointF;
-using ZemTree::GraphTimeManager;
 using ZemTree::ResultState;
 
 std::shared_ptr<ZemTree::Tolerance> toleranceOf(const std::string& text)
@@ -255,9 +254,6 @@ TEST(GraphTimeManagerTest, SettingLineTable)
 }
 
 using Zem::Point;
-using Zem::PointF;
-using ZemTree::GraphZPhiManager;
-using ZemTree::ResultState;
 
 std::vector<PointF> square(float half)
 {

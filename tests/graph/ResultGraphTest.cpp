@@ -159,11 +159,8 @@ TEST(ResultMultiGraphTest, CurvesFoldIntoOneState)
     EXPECT_EQ(ResultMultiGraph().getState(), ResultState::Empty);
 }
 
-using Zem::Point;
 using ZemTree::GraphTimeManager;
-using ZemTree::ResultMultiGraph;
 using ZemTree::ResultMultiGraphTypeConverter;
-using ZemTree::ResultState;
 
 std::string write(const ResultMultiGraph& result)
 {

@@ -73,12 +73,8 @@ TEST(ResultMultiStringTest, ItemsAreFoldedInKeyOrder)
     EXPECT_TRUE(ResultMultiString().isEmpty());
 }
 
-using ZemTree::ResultMultiString;
 using ZemTree::ResultMultiStringTypeConverter;
-using ZemTree::ResultState;
-using ZemTree::ResultString;
 using ZemTree::ResultStringTypeConverter;
-using ZemTree::StringSettingAssessment;
 using ZemTreeTest::ParsedXml;
 using ZemTreeTest::writtenXml;
 
@@ -183,7 +179,6 @@ TEST(ResultMultiStringTypeConverterTest, MalformedInputIsRefused)
 }
 
 using ZemTree::ResultNumeric;
-using ZemTree::ResultState;
 using ZemTree::ResultStateFold;
 
 // An item in the state given by its letter: o(k), n(ot ok), e(rror, described by the text), E(mpty).

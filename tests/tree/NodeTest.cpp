@@ -222,8 +222,6 @@ TEST(NodeTest, HierarchicalPositionSignalReachesTheMovedSubtree)
     EXPECT_EQ(records[2].action, Zem::NotifyCollectionChangedAction::Removed);
 }
 
-using namespace ZemTree;
-
 TEST(NodeFactoryTest, RegisteredTypesBuildTheirOwnClass)
 {
     struct Row {
@@ -430,11 +428,9 @@ TEST(NodeTreeTraversalTest, IteratorsCompareAndAdvance)
 
 } // namespace
 
-using namespace ZemTree;
 using TreeTest::loadFromString;
 using TreeTest::makeMode;
 using TreeTest::saveToString;
-using TreeTest::TestGroup;
 
 namespace {
 
@@ -536,11 +532,6 @@ TEST(PropertyTest, SetterComparesFirstAndSignalsInOrder)
     number.setValue(quietNan);
     EXPECT_EQ(events.size(), 4u);
 }
-
-using namespace ZemTree;
-using TreeTest::loadFromString;
-using TreeTest::saveToString;
-using TreeTest::TestGroup;
 
 namespace {
 
@@ -679,7 +670,6 @@ using ContactUnitsTest::HardwareNode;
 using ContactUnitsTest::moveTo;
 using ZemDevice::HardwareManager;
 using ZemTree::HardwareContainerRootWatcher;
-using ZemTree::Node;
 
 // A watched node that is a hardware container itself, so that a test sees the watcher pass over the node's own
 // hardware. It records every published answer.

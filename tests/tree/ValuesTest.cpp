@@ -198,7 +198,6 @@ TEST(LocalStringTest, EmptyAndEquality)
     EXPECT_EQ(LocalString(), LocalString::Empty());
 }
 
-using ZemTree::LocalString;
 using ZemTree::LocalStringTypeConverter;
 
 // Saves `value` into a document, writes the document to text, parses it again and reads the value back,
@@ -422,7 +421,6 @@ TEST(RangeStructureTest, MalformedTextSetsBadbitAndKeepsTheRange)
     }
 }
 
-using ZemTree::RangeStructure;
 using ZemTree::Tolerance;
 using ZemTree::ToleranceItem;
 
@@ -541,10 +539,7 @@ TEST(ToleranceTest, ItemChangesReachTheToleranceOnce)
     EXPECT_EQ(4, signals);
 }
 
-using ZemTree::RangeStructure;
-using ZemTree::Tolerance;
 using ZemTree::ToleranceHelper;
-using ZemTree::ToleranceItem;
 using ZemTree::ToleranceReduced;
 
 RangeStructure symmetric(double half)
@@ -605,8 +600,6 @@ TEST(ToleranceHelperTest, NoItemsGiveTheZeroTolerance)
     }
 }
 
-using ZemTree::RangeStructure;
-using ZemTree::ToleranceReduced;
 using ZemTree::ToleranceReducedTypeConverter;
 
 TEST(ToleranceReducedTypeConverterTest, TextReadsBackToAnEqualTolerance)
@@ -647,8 +640,6 @@ TEST(ToleranceReducedTypeConverterTest, MalformedTextIsRefusedAndLeavesTheTolera
 
 } // namespace
 
-using namespace ZemTree;
-
 TEST(ValueErrorsTest, FormulaErrorNamesProblemAndPosition)
 {
     const FormulaError error("Unknown function 'foo'", 3);
@@ -660,8 +651,6 @@ TEST(ValueErrorsTest, FormulaErrorNamesProblemAndPosition)
     original.reset();
     EXPECT_STREQ(copy.what(), "Unexpected end at position 12");
 }
-
-using namespace ZemTree;
 
 namespace {
 

@@ -400,10 +400,6 @@ namespace {
 using ZemTree::BooleanUnit;
 using ZemTree::LocalString;
 using ZemTree::NumericUnit;
-using ZemTree::SerializationMode;
-using ZemTreeTest::loadFromString;
-using ZemTreeTest::makeMode;
-using ZemTreeTest::saveToString;
 
 // The attributes of the unit's report element.
 std::map<std::string, std::string> reportOf(const ZemTree::Node& unit)
@@ -572,10 +568,7 @@ TEST_F(CoreUnitsTest, ReportCarriesValueMeasureFormulaAndError)
 
 } // namespace
 
-using namespace ValueTest;
 using ZemTree::EnumLimiter;
-using ZemTree::LocalString;
-using ZemTree::Node;
 
 namespace {
 
