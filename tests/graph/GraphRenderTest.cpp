@@ -157,22 +157,21 @@ TEST(GraphRenderTest, SettingLinesAreLabelledInTheCurrentLanguage)
     const struct {
         const char* text;
         const ZemTree::IGraphManager* manager;
-        int language;
         const char* up;
         const char* down;
     } rows[] = {
-        {"time, English", &time, 0, "Upper tolerance limit", "Lower tolerance limit"},
-        {"time, Russian", &time, 1, "Верхняя граница допуска", "Нижняя граница допуска"},
-        {"zone, English", &zone, 0, "Outer bound of the zone", "Inner bound of the zone"},
-        {"zone, Russian", &zone, 1, "Внешняя граница зоны", "Внутренняя граница зоны"},
+        {"time", &time, "Graph.upperToleranceLimit", "Graph.lowerToleranceLimit"},
+        {"zone", &zone, "Graph.outerZoneBound", "Graph.innerZoneBound"},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        lng::language = row.language;
-        const std::map<std::string, std::string> labels = row.manager->getFigureLabels();
-        EXPECT_EQ((std::map<std::string, std::string>{{ZemTree::GraphManagerHelper::FigureKeyUp, row.up},
-                                                      {ZemTree::GraphManagerHelper::FigureKeyDown, row.down}}),
-                  labels);
+        for (int language : {0, 1}) {
+            SCOPED_TRACE(std::string(row.text) + " in language " + std::to_string(language));
+            lng::language = language;
+            EXPECT_EQ((std::map<std::string, std::string>{
+                          {ZemTree::GraphManagerHelper::FigureKeyUp, lng::Tree::get(row.up)},
+                          {ZemTree::GraphManagerHelper::FigureKeyDown, lng::Tree::get(row.down)}}),
+                      row.manager->getFigureLabels());
+        }
     }
     lng::language = 0;
 }

@@ -363,16 +363,6 @@ TEST(ValueTest, ReferencedObjectIsSharedWhenTheTypeMatchesElseConvertedThroughTe
     EXPECT_EQ(asNumber.getValue(), 0.0);
 }
 
-TEST(ValueTest, SelfReferenceEndsInAnError)
-{
-    ZemTree::Node root("Root");
-    auto* unit = root.add(std::make_unique<ProbeUnit<double>>("Self", 1.0));
-    unit->signalValueOutChanged.connect([] {});
-    unit->setFormula("{.}+1");
-    unit->setIsFormulaSource(true);
-    EXPECT_NE(unit->getError(), nullptr);
-}
-
 TEST(ValueTest, FormulasWakingEachOtherStopAfterAFewRounds)
 {
     ZemTree::Node root("Root");
