@@ -30,6 +30,8 @@ struct RelaySettings {
     double timeMultiplier = 0.1;
     // The reach of the distance zone in ohms, resistive and reactive.
     double zoneR = 10, zoneX = 10;
+    // The delay of the contact that follows a binary output, both ways, in seconds.
+    double followerDelay = 0.05;
     unsigned seed = 1;
     // The relative standard deviation of what the relay records about its operations.
     double noise = 0.02;

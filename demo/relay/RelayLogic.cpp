@@ -4,7 +4,8 @@
 #include "core/device/HardwareVirtualChannels.h"
 #include "core/device/IVirtualAnalogOutputGroup.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
-#include "core/device/SimulatedRelay.h"
+#include "core/common/ThreadHelper.h"
+#include "core/device/IVirtualBinaryOutputChannel.h"
 #include "relay/DemoRelay.h"
 
 #include <algorithm>
@@ -70,9 +71,12 @@ RelayLogic::RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings
     findCurve(_curve);
     const auto isPositive = [](double value) { return std::isfinite(value) && value > 0.0; };
     if (!isPositive(_pickup) || !isPositive(_timeMultiplier) || !isPositive(_zoneR) || !isPositive(_zoneX)
-        || !isPositive(_timeScale) || !(_noise >= 0.0 && _noise < 1.0))
+        || !isPositive(_timeScale) || !(_noise >= 0.0 && _noise < 1.0)
+        || !(settings.followerDelay >= 0.0 && settings.followerDelay <= 3600.0))
         throw std::logic_error("Relay settings out of range: pickup, time multiplier, zone reach and time scale must "
-                               "be positive, the noise in [0;1)");
+                               "be positive, the noise in [0;1), the follower's delay in [0;3600] s");
+    _followerDelay = std::chrono::duration_cast<Clock::duration>(
+        std::chrono::duration<double>(settings.followerDelay * _timeScale));
 
     _currents = findChannel<ZemDevice::IVirtualAnalogOutputGroup>(hardware, CurrentGroupPath);
     _voltages = findChannel<ZemDevice::IVirtualAnalogOutputGroup>(hardware, VoltageGroupPath);
@@ -83,18 +87,28 @@ RelayLogic::RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings
     if (_currents->getPhasors().size() < 3 || _voltages->getPhasors().size() < 1)
         throw std::logic_error("The test set's analog groups are too small for the relay");
 
-    _follower = std::make_unique<ZemDevice::SimulatedRelay>(hardware);
-    _follower->addFollower(ContactOutputPath, ContactInputPath, std::chrono::milliseconds(ContactDelayMs));
+    _followed = findChannel<ZemDevice::IVirtualBinaryOutputChannel>(hardware, ContactOutputPath);
+    _follower = findChannel<ZemDevice::IVirtualBinaryInputChannel>(hardware, ContactInputPath);
+    _followerState = _follower->getState();
 
-    _connections.push_back(_currents->getSignalChanged().connect([this](Clock::time_point) { _onAnalogChanged(); }));
-    _connections.push_back(_voltages->getSignalChanged().connect([this](Clock::time_point) { _onAnalogChanged(); }));
-    _worker = std::thread([this] { _run(); });
+    _currentsConnection = _currents->getSignalChanged().connect([this](Clock::time_point) { _onAnalogChanged(); });
+    _voltagesConnection = _voltages->getSignalChanged().connect([this](Clock::time_point) { _onAnalogChanged(); });
+    _followedConnection = _followed->getSignalStateChanged().connect(
+        [this](bool, Clock::time_point changed) { _onFollowedChanged(changed); });
+    // An output already closed counts from now.
+    _onFollowedChanged(Clock::now());
+    _worker = std::thread([this] {
+        Zem::ThreadHelper::setCurrentThreadName("ZemDemo_Relay");
+        _run();
+    });
 }
 
 RelayLogic::~RelayLogic()
 {
-    for (sigc::connection& connection : _connections)
-        connection.disconnect();
+    // No slot may note a change once the worker is gone.
+    _currentsConnection.disconnect();
+    _voltagesConnection.disconnect();
+    _followedConnection.disconnect();
     {
         const std::lock_guard<std::mutex> lock(_mutex);
         _isStopping = true;
@@ -182,6 +196,22 @@ void RelayLogic::_onAnalogChanged()
     _condition.notify_all();
 }
 
+void RelayLogic::_onFollowedChanged(Clock::time_point changed)
+{
+    // Read before taking our lock: the output has a lock of its own.
+    const bool state = _followed->getState();
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        if (_followerPending ? _followerPending->second == state : _followerState == state)
+            return;
+        if (_followerState == state)
+            _followerPending.reset();
+        else
+            _followerPending = std::make_pair(changed + _followerDelay, state);
+    }
+    _condition.notify_all();
+}
+
 void RelayLogic::_run()
 {
     std::unique_lock<std::mutex> lock(_mutex);
@@ -214,11 +244,22 @@ void RelayLogic::_run()
             lock.lock();
             continue;
         }
+        if (_followerPending && _followerPending->first <= now) {
+            const bool state = _followerPending->second;
+            _followerPending.reset();
+            _followerState = state;
+            lock.unlock();
+            _follower->drive(state);
+            lock.lock();
+            continue;
+        }
         std::optional<Clock::time_point> due;
         if (_tripPending)
             due = _tripPending->due;
         if (_zoneTripDue && (!due || *_zoneTripDue < *due))
             due = _zoneTripDue;
+        if (_followerPending && (!due || _followerPending->first < *due))
+            due = _followerPending->first;
         if (due)
             _condition.wait_until(lock, *due);
         else
