@@ -89,12 +89,6 @@ private:
     Zem::ScopedConnection _connection;
 };
 
-ZemDevice::IVirtualBinaryOutputChannel* followed(SimulatedRelayUnderTest& relay)
-{
-    return relay.getHardware().getVirtualChannels()->find<ZemDevice::IVirtualBinaryOutputChannel>(
-        RelayLogic::ContactOutputPath);
-}
-
 TEST(RelayLogicThread, CurveTimesFollowTheIecFormulaAndItsGraphText)
 {
     struct Row {
@@ -229,9 +223,12 @@ TEST(RelayLogicThread, FollowerCopiesTheOutputAfterItsDelayAndDropsShorterPulses
     RelaySettings settings;
     settings.timeScale = 1.0;
     settings.followerDelay = 0.06;
-    SimulatedRelayUnderTest relay(settings);
-    auto* output = followed(relay);
-    InputWatch watch(input(relay, RelayLogic::ContactInputPath));
+    // The watch outlives the relay, whose thread emits to it.
+    ZemDevice::HardwareManager hardware;
+    auto* channels = hardware.getVirtualChannels();
+    auto* output = channels->find<ZemDevice::IVirtualBinaryOutputChannel>(RelayLogic::ContactOutputPath);
+    InputWatch watch(channels->find<ZemDevice::IVirtualBinaryInputChannel>(RelayLogic::ContactInputPath));
+    RelayLogic logic(hardware, settings);
 
     // Each row changes the output; `seen` is how many input changes that must add in the end.
     struct Row {
