@@ -66,6 +66,12 @@ void ImpedanceZoneTest::_fillTemplate()
                              ZemTree::Measures::Percent());
     _steps = _addSetting("Steps", ZemTree::LocalString::create("Search steps", "Шаги поиска"), 6.0,
                          ZemTree::Measures::None());
+    _reachR = _addLinkedSetting("ReachR", ZemTree::LocalString::create("Resistive reach", "Уставка по R"), 10.0,
+                                ZemTree::Measures::Ohm(), "ReachR");
+    _reachX = _addLinkedSetting("ReachX", ZemTree::LocalString::create("Reactive reach", "Уставка по X"), 10.0,
+                                ZemTree::Measures::Ohm(), "ReachX");
+    _lineAngle = _addLinkedSetting("LineAngle", ZemTree::LocalString::create("Line angle", "Угол линии"), 75.0,
+                                   ZemTree::Measures::Gradus(), "LineAngle");
     _reachResult = getResults()->add(std::make_unique<ZemTree::ResultMultiGraphUnit>(
         "Reach", ZemTree::LocalString::create("Zone reach", "Граница зоны"), ZemTree::LocalString::Empty(), nullptr));
 }
@@ -75,6 +81,9 @@ void ImpedanceZoneTest::_prepare()
     _runAngles = _angles;
     _runTolerance = _settingValue(_tolerance);
     _runSteps = static_cast<int>(std::lround(std::clamp(_settingValue(_steps), MinSteps, MaxSteps)));
+    _runReachR = _settingValue(_reachR);
+    _runReachX = _settingValue(_reachX);
+    _runLineAngle = _settingValue(_lineAngle);
     _reachResult->clearResult();
 }
 
@@ -82,6 +91,15 @@ void ImpedanceZoneTest::_checkOwnSettings(const RelaySettings&, std::vector<std:
 {
     const double tolerance = _settingValue(_tolerance);
     const double steps = _settingValue(_steps);
+    if (!(_settingValue(_reachR) > 0.0) || !(_settingValue(_reachX) > 0.0))
+        problems.push_back(localText("Settings ReachR and ReachX must be above 0 Ohm, not ",
+                                     "Уставки ReachR и ReachX должны быть больше 0 Ом, а не ")
+                           + shortNumber(_settingValue(_reachR)) + localText(" and ", " и ")
+                           + shortNumber(_settingValue(_reachX)));
+    if (!(_settingValue(_lineAngle) >= 1.0 && _settingValue(_lineAngle) <= 90.0))
+        problems.push_back(localText("Setting LineAngle is ", "Уставка LineAngle равна ")
+                           + shortNumber(_settingValue(_lineAngle))
+                           + localText(" deg; the limits are 1 to 90 deg", " град; допустимо от 1 до 90 град"));
     if (!(tolerance >= 0.0 && tolerance < 100.0))
         problems.push_back(localText("Setting Tolerance is ", "Уставка Tolerance равна ") + shortNumber(tolerance)
                            + localText(" %; the limits are 0 to below 100 %", " %; допустимо от 0 до менее 100 %"));
@@ -98,7 +116,7 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
     ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, RelayLogic::ZoneStartInputPath);
     ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, RelayLogic::ZoneTripInputPath);
     const RelaySettings& settings = relay.getSettings();
-    const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(settings.zoneR, settings.zoneX);
+    const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(_runReachR, _runReachX, _runLineAngle);
     // Below the overcurrent pickup, so that only the distance zone answers.
     const double current = std::max(0.5 * settings.pickup, 2.0 * RelayLogic::ZoneMinimumCurrent);
     const auto tripTimeout =

@@ -42,12 +42,18 @@ private:
     std::vector<double> _angles{0.0, 45.0, 75.0, 105.0, 180.0, 270.0};
     ZemTree::NumericUnit* _tolerance = nullptr;
     ZemTree::NumericUnit* _steps = nullptr;
+    ZemTree::NumericUnit* _reachR = nullptr;
+    ZemTree::NumericUnit* _reachX = nullptr;
+    ZemTree::NumericUnit* _lineAngle = nullptr;
     ZemTree::ResultMultiGraphUnit* _reachResult = nullptr;
 
     // Copied when a run starts; read by the test's thread only.
     std::vector<double> _runAngles;
     double _runTolerance = 0.0;
     int _runSteps = 0;
+    double _runReachR = 0.0;
+    double _runReachX = 0.0;
+    double _runLineAngle = 0.0;
 };
 
 } // namespace ZemDemo

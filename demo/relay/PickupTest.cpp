@@ -57,6 +57,8 @@ void PickupTest::_fillTemplate()
                              ZemTree::Measures::Percent());
     _rampEnd =
         _addSetting("RampEnd", ZemTree::LocalString::create("Ramp end", "Конец"), 120.0, ZemTree::Measures::Percent());
+    _pickup = _addLinkedSetting("Pickup", ZemTree::LocalString::create("Pickup setting", "Уставка срабатывания"), 1.0,
+                                ZemTree::Measures::Ampere(), "Pickup");
     _pickupResult = getResults()->add(std::make_unique<ZemTree::ResultMultiNumericUnit>(
         "Pickup", ZemTree::LocalString::create("Pickup current", "Ток срабатывания"), ZemTree::LocalString::Empty(),
         nullptr, ZemTree::Measures::Ampere()));
@@ -68,6 +70,7 @@ void PickupTest::_prepare()
     _runStep = _settingValue(_step);
     _runRampStart = _settingValue(_rampStart);
     _runRampEnd = _settingValue(_rampEnd);
+    _runPickup = _settingValue(_pickup);
     _pickupResult->clearResult();
 }
 
@@ -77,6 +80,9 @@ void PickupTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string
     const double step = _settingValue(_step);
     const double rampStart = _settingValue(_rampStart);
     const double rampEnd = _settingValue(_rampEnd);
+    if (!(_settingValue(_pickup) > 0.0))
+        problems.push_back(localText("Setting Pickup is ", "Уставка Pickup равна ") + shortNumber(_settingValue(_pickup))
+                           + localText(" A; it must be above 0 A", " А; она должна быть больше 0 А"));
     if (!(tolerance >= 0.0 && tolerance <= 100.0))
         problems.push_back(localText("Setting Tolerance is ", "Уставка Tolerance равна ") + shortNumber(tolerance)
                            + localText(" %; the limits are 0 to 100 %", " %; допустимо от 0 до 100 %"));
@@ -112,7 +118,7 @@ void PickupTest::_execute(SimulatedRelayUnderTest& relay)
 {
     ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
     ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, RelayLogic::StartInputPath);
-    const double pickup = relay.getSettings().pickup;
+    const double pickup = _runPickup;
 
     std::map<std::string, std::vector<std::string>> measured;
     // What was measured is kept and the outputs are switched off however the measuring ends, also when the

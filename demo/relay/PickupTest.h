@@ -35,6 +35,7 @@ private:
     ZemTree::NumericUnit* _step = nullptr;
     ZemTree::NumericUnit* _rampStart = nullptr;
     ZemTree::NumericUnit* _rampEnd = nullptr;
+    ZemTree::NumericUnit* _pickup = nullptr;
     ZemTree::ResultMultiNumericUnit* _pickupResult = nullptr;
 
     // Copied from the settings when a run starts; read by the test's thread only.
@@ -42,6 +43,7 @@ private:
     double _runStep = 0.0;
     double _runRampStart = 0.0;
     double _runRampEnd = 0.0;
+    double _runPickup = 0.0;
 };
 
 } // namespace ZemDemo

@@ -65,16 +65,17 @@ template <class T> T* findChannel(ZemDevice::HardwareManager& hardware, const ch
 
 RelayLogic::RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings& settings)
     : _curve(settings.curve), _pickup(settings.pickup), _timeMultiplier(settings.timeMultiplier),
-      _zoneR(settings.zoneR), _zoneX(settings.zoneX), _seed(settings.seed), _noise(settings.noise),
+      _zoneR(settings.zoneR), _zoneX(settings.zoneX), _lineAngle(settings.lineAngle), _seed(settings.seed), _noise(settings.noise),
       _timeScale(settings.timeScale)
 {
     findCurve(_curve);
     const auto isPositive = [](double value) { return std::isfinite(value) && value > 0.0; };
     if (!isPositive(_pickup) || !isPositive(_timeMultiplier) || !isPositive(_zoneR) || !isPositive(_zoneX)
-        || !isPositive(_timeScale) || !(_noise >= 0.0 && _noise < 1.0)
+        || !isPositive(_timeScale) || !(_noise >= 0.0 && _noise < 1.0) || !(_lineAngle >= 1.0 && _lineAngle <= 90.0)
         || !(settings.followerDelay >= 0.0 && settings.followerDelay <= 3600.0))
         throw std::logic_error("Relay settings out of range: pickup, time multiplier, zone reach and time scale must "
-                               "be positive, the noise in [0;1), the follower's delay in [0;3600] s");
+                               "be positive, the line angle in [1;90] degrees, the noise in [0;1), the follower's "
+                               "delay in [0;3600] s");
     _followerDelay = std::chrono::duration_cast<Clock::duration>(
         std::chrono::duration<double>(settings.followerDelay * _timeScale));
 
@@ -135,11 +136,12 @@ std::string RelayLogic::curveFormula(const std::string& curve)
     return text;
 }
 
-std::vector<Zem::Point> RelayLogic::zonePolygon(double zoneR, double zoneX)
+std::vector<Zem::Point> RelayLogic::zonePolygon(double zoneR, double zoneX, double lineAngle)
 {
     // A quadrilateral leaning with the line angle: a little reach behind the relay, the resistive reach
     // growing towards the reactive one.
-    return {{-zoneR / 4.0, -zoneX / 4.0}, {zoneR, -zoneX / 4.0}, {zoneR + 0.27 * zoneX, zoneX}, {-zoneR / 4.0, zoneX}};
+    const double lean = std::cos(lineAngle * Pi / 180.0) / std::sin(lineAngle * Pi / 180.0);
+    return {{-zoneR / 4.0, -zoneX / 4.0}, {zoneR, -zoneX / 4.0}, {zoneR + lean * zoneX, zoneX}, {-zoneR / 4.0, zoneX}};
 }
 
 double RelayLogic::rayReach(const std::vector<Zem::Point>& polygon, double angleDegrees)
@@ -356,7 +358,7 @@ bool RelayLogic::_isInsideZone(double r, double x) const
         angle += 360.0;
     const auto key = static_cast<std::uint64_t>(std::llround(angle * 10.0)) % 3600u;
     const double scale = 1.0 + _deviation(ZoneKey + key);
-    const std::vector<Zem::Point> polygon = zonePolygon(_zoneR * scale, _zoneX * scale);
+    const std::vector<Zem::Point> polygon = zonePolygon(_zoneR * scale, _zoneX * scale, _lineAngle);
     for (std::size_t i = 0; i < polygon.size(); ++i) {
         const Zem::Point& p = polygon[i];
         const Zem::Point& q = polygon[(i + 1) % polygon.size()];

@@ -74,8 +74,9 @@ public:
     static double curveTime(const std::string& curve, double multiple, double timeMultiplier);
     // The same curve as a formula of the time graphs, with "{T}", "{I}" and "{x}".
     static std::string curveFormula(const std::string& curve);
-    // The zone's quadrilateral in the R-X plane, counter-clockwise, reaching `zoneR` and `zoneX`.
-    static std::vector<Zem::Point> zonePolygon(double zoneR, double zoneX);
+    // The zone's quadrilateral in the R-X plane, counter-clockwise, reaching `zoneR` and `zoneX`, its resistive
+    // edge leaning with the line angle in degrees.
+    static std::vector<Zem::Point> zonePolygon(double zoneR, double zoneX, double lineAngle);
     // How far the ray from the origin at `angleDegrees` runs inside `polygon`; the origin lies inside.
     static double rayReach(const std::vector<Zem::Point>& polygon, double angleDegrees);
 
@@ -120,6 +121,7 @@ private:
     double _timeMultiplier;
     double _zoneR;
     double _zoneX;
+    double _lineAngle;
     unsigned _seed;
     double _noise;
     double _timeScale;

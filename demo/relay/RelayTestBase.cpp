@@ -7,6 +7,7 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "values/NumericUnit.h"
+#include "values/Value.h"
 
 #include <signal.h>
 
@@ -272,6 +273,32 @@ ZemTree::NumericUnit* RelayTestBase::_addSetting(const std::string& id, const Ze
                                         ZemTree::Measure* measure)
 {
     return getSettings()->add(std::make_unique<ZemTree::NumericUnit>(id, description, ZemTree::LocalString::Empty(), value, measure));
+}
+
+ZemTree::NumericUnit* RelayTestBase::_addLinkedSetting(const std::string& id, const ZemTree::LocalString& description,
+                                                       double value, ZemTree::Measure* measure,
+                                                       const std::string& setting)
+{
+    ZemTree::NumericUnit* const unit = _addSetting(id, description, value, measure);
+    // From the unit: its section, the test, the protection's tests, the protection.
+    unit->setDefaultFormula("{../../../../Settings/" + setting + "}");
+    unit->setDefaultIsFormulaSource(true);
+    return unit;
+}
+
+std::string RelayTestBase::_protectionText(const std::string& id) const
+{
+    for (const ZemTree::Node* node = getParent(); node != nullptr; node = node->getParent()) {
+        const auto* protection = dynamic_cast<const ZemTree::UniversalGeneralContainer*>(node);
+        if (protection == nullptr || protection->getSettings() == nullptr)
+            continue;
+        for (ZemTree::Node* child : *protection->getSettings()) {
+            const auto* text = dynamic_cast<const ZemTree::Value<std::string>*>(child);
+            if (text != nullptr && child->getId() == id)
+                return text->getError() ? std::string() : text->getValueOut().value;
+        }
+    }
+    return {};
 }
 
 double RelayTestBase::_settingValue(const ZemTree::NumericUnit* setting)

@@ -99,7 +99,14 @@ protected:
     // Adds a setting to the test's `Settings` section; only while the template is filled.
     ZemTree::NumericUnit* _addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
                              ZemTree::Measure* measure);
+    // A setting whose default is a formula over the test object: `setting` is a path below the protection's
+    // `Settings`, so the setting follows the relay's own value of the protection that holds the test.
+    ZemTree::NumericUnit* _addLinkedSetting(const std::string& id, const ZemTree::LocalString& description,
+                                            double value, ZemTree::Measure* measure, const std::string& setting);
     static double _settingValue(const ZemTree::NumericUnit* setting);
+    // The text of the protection setting `id` above the test, such as the overcurrent curve; empty when no
+    // protection above holds it free of errors.
+    std::string _protectionText(const std::string& id) const;
 
     // Reads the list of numbers kept in the attribute `name` with `parse`, which throws std::runtime_error for a
     // malformed one: that is reported as a problem of the reading and `numbers` stay as they were.

@@ -142,16 +142,18 @@ TEST(RelayLogicThread, BadSettingsAreRefused)
 
 TEST(RelayLogicThread, RayReachMeetsTheZoneEdges)
 {
-    const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(10.0, 8.0);
-    struct Row {
-        double angle;
-        double reach;
-    };
-    // The resistive edge leans: at X = 0 it stands a fifth of its height to the right of R.
-    for (const Row& row : {Row{0.0, 10.0 + 0.27 * 8.0 / 5.0}, Row{90.0, 8.0}, Row{180.0, 2.5}, Row{270.0, 2.0},
-                           Row{45.0, std::hypot(8.0, 8.0)}}) {
-        SCOPED_TRACE(row.angle);
-        EXPECT_NEAR(RelayLogic::rayReach(polygon, row.angle), row.reach, 1e-9);
+    for (const double lineAngle : {75.0, 60.0, 90.0}) {
+        const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(10.0, 8.0, lineAngle);
+        // The resistive edge leans with the line: at X = 0 it stands a fifth of its lean to the right of R.
+        const double lean = 8.0 / std::tan(lineAngle * M_PI / 180.0);
+        struct Row {
+            double angle;
+            double reach;
+        };
+        for (const Row& row : {Row{0.0, 10.0 + lean / 5.0}, Row{90.0, 8.0}, Row{180.0, 2.5}, Row{270.0, 2.0}}) {
+            SCOPED_TRACE(std::to_string(lineAngle) + " line, ray at " + std::to_string(row.angle));
+            EXPECT_NEAR(RelayLogic::rayReach(polygon, row.angle), row.reach, 1e-9);
+        }
     }
 }
 
