@@ -1,0 +1,271 @@
+// The sample's protections hold the relay's settings; the tests' expected values follow them through formulas,
+// and the simulated relay is set from them when a run starts.
+
+#include "TemporaryFolder.h"
+#include "containers/ProjectFile.h"
+#include "containers/SettingsContainer.h"
+#include "containers/TestableContainer.h"
+#include "core/tree/NodeTreeTraversal.h"
+#include "evaluation/TestQueueEvaluator.h"
+#include "relay/CurveUnit.h"
+#include "relay/DemoRelay.h"
+#include "relay/ImpedanceZoneTest.h"
+#include "relay/PickupTest.h"
+#include "relay/ProtectionContainer.h"
+#include "relay/TripTimeTest.h"
+#include "results/ResultMultiGraphUnit.h"
+#include "results/graph/GraphTimeManager.h"
+#include "results/graph/ResultMultiGraph.h"
+#include "values/NumericUnit.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+using namespace ZemDemo;
+
+namespace {
+
+template <class T> T* find(ZemTree::Node& root)
+{
+    for (ZemTree::Node* node : ZemTree::NodeTreeTraversal(&root))
+        if (auto* found = dynamic_cast<T*>(node))
+            return found;
+    return nullptr;
+}
+
+ZemTree::NumericUnit* setting(ZemTree::Node* container, const std::string& id)
+{
+    auto* universal = dynamic_cast<ZemTree::UniversalGeneralContainer*>(container);
+    for (ZemTree::Node* child : *universal->getSettings())
+        if (child->getId() == id)
+            return dynamic_cast<ZemTree::NumericUnit*>(child);
+    return nullptr;
+}
+
+// Runs `tests` through the queue against a relay set from the tree with `overrides`, and waits for the end.
+void runAgainstTree(ZemTree::Node& root, const std::vector<ZemTree::ITestContainer*>& tests,
+                    const std::vector<std::pair<std::string, std::string>>& overrides = {})
+{
+    RelaySettings settings;
+    settings.noise = 0.0;
+    settings.timeScale = 0.02;
+    readRelaySettings(&root, settings);
+    for (const auto& [name, value] : overrides)
+        ASSERT_EQ("", overrideRelaySetting(settings, name, value));
+    SimulatedRelayUnderTest relay(settings);
+    attachRelay(&root, relay);
+    std::mutex mutex;
+    std::condition_variable condition;
+    bool isFinished = false;
+    ZemTree::TestQueueEvaluator queue;
+    // The queue goes before what its slot uses.
+    queue.getSignalFinished().connect([&] {
+        const std::lock_guard<std::mutex> lock(mutex);
+        isFinished = true;
+        condition.notify_all();
+    });
+    queue.start(tests);
+    std::unique_lock<std::mutex> lock(mutex);
+    ASSERT_TRUE(condition.wait_for(lock, std::chrono::seconds(30), [&] { return isFinished; }));
+}
+
+// The operate time of the IEC curves, worked out here on its own.
+double iecTime(const std::string& curve, double multiple, double timeMultiplier)
+{
+    const double k = curve == "standard" ? 0.14 : curve == "very" ? 13.5 : 80.0;
+    const double a = curve == "standard" ? 0.02 : curve == "very" ? 1.0 : 2.0;
+    return timeMultiplier * k / (std::pow(multiple, a) - 1.0);
+}
+
+TEST(TestObject, TripTimeTestJudgesAgainstTheProtectionsCurveAndTimeMultiplier)
+{
+    struct Row {
+        const char* text;
+        const char* curve;
+        double timeMultiplier;
+        // What the simulated relay is set to otherwise than the tree, if anything.
+        const char* relayCurve;
+        bool passes;
+    };
+    const std::vector<Row> rows = {{"as delivered", "standard", 0.1, nullptr, true},
+                                   {"time multiplier doubled", "standard", 0.2, nullptr, true},
+                                   {"very inverse", "very", 0.1, nullptr, true},
+                                   {"extremely inverse, slower", "extremely", 0.3, nullptr, true},
+                                   {"relay set to very, project standard", "standard", 0.1, "very", false}};
+    std::vector<double> deliveredTimes;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        std::unique_ptr<ZemTree::Node> root = buildSampleProject();
+        auto* overcurrent = find<OvercurrentProtection>(*root);
+        auto* test = find<TripTimeTest>(*root);
+        ASSERT_NE(overcurrent, nullptr);
+        overcurrent->getCurve()->setData(row.curve);
+        overcurrent->getTimeMultiplier()->setData(row.timeMultiplier);
+        // The test's own setting follows at once, before any run.
+        EXPECT_DOUBLE_EQ(row.timeMultiplier, setting(test, "TimeMultiplier")->getValueOut().value);
+
+        std::vector<std::pair<std::string, std::string>> overrides;
+        if (row.relayCurve != nullptr)
+            overrides.emplace_back("overcurrent.curve", row.relayCurve);
+        runAgainstTree(*root, {test}, overrides);
+        const ZemTree::TestCounters counters = test->getCounters();
+        EXPECT_EQ(row.passes ? 1u : 0u, counters.okCount);
+        EXPECT_EQ(row.passes ? 0u : 1u, counters.failedCount);
+
+        const auto result = test->getTripTimeResult()->getValueOut().value;
+        ASSERT_NE(result, nullptr);
+        auto* manager = dynamic_cast<ZemTree::GraphTimeManager*>(result->getManager());
+        ASSERT_NE(manager, nullptr);
+        std::vector<double> expected;
+        for (const double multiple : test->getMultiples()) {
+            const double time = ZemTree::GraphTimeManager::CalculateTime(
+                manager->getFormula(), manager->getIOperate(), manager->getTOperate(), multiple);
+            EXPECT_NEAR(iecTime(row.curve, multiple, row.timeMultiplier), time, 1e-9);
+            expected.push_back(time);
+        }
+        if (row.curve == std::string("standard") && row.timeMultiplier == 0.1 && row.relayCurve == nullptr)
+            deliveredTimes = expected;
+        if (row.timeMultiplier == 0.2) {
+            ASSERT_EQ(deliveredTimes.size(), expected.size());
+            for (std::size_t i = 0; i < expected.size(); ++i)
+                EXPECT_NEAR(2.0 * deliveredTimes[i], expected[i], 1e-9) << "every expected time doubles";
+        }
+    }
+}
+
+TEST(TestObject, ExpectedValuesFollowEachSettingLiveAndSurviveASave)
+{
+    ZemTreeTest::TemporaryFolder folder;
+    std::unique_ptr<ZemTree::Node> root = buildSampleProject();
+    auto* overcurrent = find<OvercurrentProtection>(*root);
+    auto* distance = find<DistanceProtection>(*root);
+    ZemTree::Node* pickupTest = find<PickupTest>(*root);
+    ZemTree::Node* tripTest = find<TripTimeTest>(*root);
+    ZemTree::Node* zoneTest = find<ImpedanceZoneTest>(*root);
+    struct Row {
+        ZemTree::NumericUnit* source;
+        double value;
+        std::vector<std::pair<ZemTree::Node*, const char*>> followers;
+    };
+    const std::vector<Row> rows = {{overcurrent->getPickup(), 2.5, {{pickupTest, "Pickup"}, {tripTest, "Pickup"}}},
+                                   {overcurrent->getTimeMultiplier(), 0.35, {{tripTest, "TimeMultiplier"}}},
+                                   {distance->getReachR(), 7.5, {{zoneTest, "ReachR"}}},
+                                   {distance->getReachX(), 12.0, {{zoneTest, "ReachX"}}},
+                                   {distance->getLineAngle(), 80.0, {{zoneTest, "LineAngle"}}}};
+    for (const Row& row : rows) {
+        row.source->setData(row.value);
+        for (const auto& [test, id] : row.followers) {
+            SCOPED_TRACE(test->getHierarchicalId() + "/" + id);
+            EXPECT_DOUBLE_EQ(row.value, setting(test, id)->getValueOut().value);
+        }
+    }
+
+    ZemTree::ProjectFile files;
+    files.save(*root, folder.file("project.xml"));
+    const std::unique_ptr<ZemTree::Node> loaded = files.load(folder.file("project.xml"));
+    EXPECT_TRUE(files.getProblems().empty());
+    for (const Row& row : rows) {
+        for (const auto& [test, id] : row.followers) {
+            SCOPED_TRACE(test->getHierarchicalId() + "/" + id);
+            const ZemTree::NumericUnit* before = setting(test, id);
+            ZemTree::Node* again = nullptr;
+            for (ZemTree::Node* node : ZemTree::NodeTreeTraversal(loaded.get()))
+                if (node->getHierarchicalId() == test->getHierarchicalId())
+                    again = node;
+            ASSERT_NE(again, nullptr);
+            const ZemTree::NumericUnit* after = setting(again, id);
+            EXPECT_TRUE(after->getIsFormulaSource());
+            EXPECT_EQ(before->getFormula(), after->getFormula());
+            EXPECT_DOUBLE_EQ(row.value, after->getValueOut().value);
+        }
+    }
+    RelaySettings relay;
+    readRelaySettings(loaded.get(), relay);
+    EXPECT_DOUBLE_EQ(2.5, relay.pickup);
+    EXPECT_DOUBLE_EQ(0.35, relay.timeMultiplier);
+    EXPECT_DOUBLE_EQ(7.5, relay.zoneR);
+    EXPECT_DOUBLE_EQ(12.0, relay.zoneX);
+    EXPECT_DOUBLE_EQ(80.0, relay.lineAngle);
+}
+
+TEST(TestObject, AFormulaThatCannotBeEvaluatedRefusesTheTestWithItsMessage)
+{
+    struct Row {
+        const char* formula;
+        const char* message;
+    };
+    for (const Row& row : {Row{"{../../../../Settings/Pickupp}", "Unresolved reference"},
+                           Row{"{../../../../Settings/Pickup}*", "Setting Pickup: "},
+                           Row{"{../../../../Settings/Curve}", "Setting Pickup: "}}) {
+        SCOPED_TRACE(row.formula);
+        std::unique_ptr<ZemTree::Node> root = buildSampleProject();
+        ZemTree::Node* test = find<PickupTest>(*root);
+        setting(test, "Pickup")->setFormula(row.formula);
+        const std::vector<std::string> problems = findSettingProblems(root.get(), RelaySettings{});
+        ASSERT_EQ(1u, problems.size());
+        EXPECT_EQ(0u, problems.front().find(test->getHierarchicalId() + ": Setting Pickup: "));
+        EXPECT_NE(std::string::npos, problems.front().find(row.message));
+        const std::vector<std::string> errors = findValueErrors(root.get());
+        ASSERT_EQ(1u, errors.size());
+        EXPECT_EQ(0u, errors.front().find(test->getHierarchicalId() + "/Settings/Pickup: "));
+    }
+}
+
+TEST(TestObject, RelaySettingsAreOverriddenByNameAndBadOnesRefused)
+{
+    struct Row {
+        const char* name;
+        const char* value;
+        bool isTaken;
+        double RelaySettings::*field;
+        double expected;
+    };
+    const std::vector<Row> rows = {{"overcurrent.pickup", "1.5", true, &RelaySettings::pickup, 1.5},
+                                   {"Overcurrent.TimeMultiplier", "0.3", true, &RelaySettings::timeMultiplier, 0.3},
+                                   {"distance.reachR", "4", true, &RelaySettings::zoneR, 4.0},
+                                   {"DISTANCE.REACHX", "6", true, &RelaySettings::zoneX, 6.0},
+                                   {"distance.lineAngle", "60", true, &RelaySettings::lineAngle, 60.0},
+                                   {"contacts.delay", "0.2", true, &RelaySettings::followerDelay, 0.2},
+                                   {"overcurrent.pickup", "1,5", false, &RelaySettings::pickup, 1.0},
+                                   {"overcurrent.pickup", "inf", false, &RelaySettings::pickup, 1.0},
+                                   {"distance.reach", "4", false, &RelaySettings::zoneR, 10.0},
+                                   {"pickup", "4", false, &RelaySettings::pickup, 1.0}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(std::string(row.name) + "=" + row.value);
+        RelaySettings settings;
+        const std::string refusal = overrideRelaySetting(settings, row.name, row.value);
+        EXPECT_EQ(row.isTaken, refusal.empty()) << refusal;
+        EXPECT_DOUBLE_EQ(row.expected, settings.*row.field);
+    }
+    RelaySettings settings;
+    EXPECT_EQ("", overrideRelaySetting(settings, "overcurrent.curve", "very"));
+    EXPECT_EQ("very", settings.curve);
+    EXPECT_NE("", overrideRelaySetting(settings, "overcurrent.curve", "inverse"));
+    EXPECT_EQ("very", settings.curve);
+}
+
+TEST(TestObject, ACurveOutsideItsListIsAnErrorAndTheRelayKeepsItsOwn)
+{
+    std::unique_ptr<ZemTree::Node> root = buildSampleProject();
+    auto* overcurrent = find<OvercurrentProtection>(*root);
+    for (const char* curve : {"very", "moderately", "", "Very"}) {
+        SCOPED_TRACE(curve);
+        overcurrent->getCurve()->setData(curve);
+        const bool isKnown = curve == std::string("very");
+        EXPECT_EQ(!isKnown, overcurrent->getCurve()->getError() != nullptr);
+        RelaySettings settings;
+        readRelaySettings(root.get(), settings);
+        EXPECT_EQ(isKnown ? "very" : "standard", settings.curve);
+        // The trip time test cannot know its characteristic and says so.
+        EXPECT_EQ(isKnown, findSettingProblems(root.get(), settings).empty());
+    }
+}
+
+} // namespace
