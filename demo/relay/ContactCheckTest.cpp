@@ -38,6 +38,10 @@ ContactCheckTest::~ContactCheckTest()
 void ContactCheckTest::_fillTemplate()
 {
     RelayTestBase::_fillTemplate();
+    _output = _addOutputContact("Output", ZemTree::LocalString::create("Driven output", "Управляемый выход"),
+                                RelayLogic::ContactOutputPath);
+    _input = _addInputContact("Input", ZemTree::LocalString::create("Following input", "Повторяющий вход"),
+                              RelayLogic::ContactInputPath);
     _repetitions = _addSetting("Repetitions", ZemTree::LocalString::create("Repetitions", "Повторы"), 3.0,
                                ZemTree::Measures::None());
     _timeout = _addSetting("Timeout", ZemTree::LocalString::create("Time-out", "Время ожидания"), 0.2,
@@ -49,6 +53,8 @@ void ContactCheckTest::_fillTemplate()
 
 void ContactCheckTest::_prepare()
 {
+    _runOutputPath = _wiredPath(_output);
+    _runInputPath = _wiredPath(_input);
     _runRepetitions = static_cast<int>(_getPlannedPoints() / 2);
     _runTimeout = std::isfinite(_settingValue(_timeout)) ? std::clamp(_settingValue(_timeout), 0.001, MaxTimeout) : 0.2;
     _contactResult->clearResult();
@@ -77,8 +83,8 @@ unsigned ContactCheckTest::_getPlannedPoints() const
 
 void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
 {
-    ZemDevice::IVirtualBinaryOutputChannel* const output = findOutput(relay, RelayLogic::ContactOutputPath);
-    ZemDevice::IVirtualBinaryInputChannel* const input = findInput(relay, RelayLogic::ContactInputPath);
+    ZemDevice::IVirtualBinaryOutputChannel* const output = findOutput(relay, _runOutputPath);
+    ZemDevice::IVirtualBinaryInputChannel* const input = findInput(relay, _runInputPath);
     const auto timeout = std::chrono::milliseconds(std::llround(_runTimeout * 1000.0));
 
     std::map<std::string, std::vector<std::string>> checks;

@@ -62,6 +62,11 @@ ImpedanceZoneTest::~ImpedanceZoneTest()
 void ImpedanceZoneTest::_fillTemplate()
 {
     RelayTestBase::_fillTemplate();
+    _start = _addInputContact("StartContact", ZemTree::LocalString::create("Start contact", "Контакт пуска"),
+                              RelayLogic::ZoneStartInputPath);
+    _trip = _addInputContact("TripContact", ZemTree::LocalString::create("Trip contact", "Контакт отключения"),
+                             RelayLogic::ZoneTripInputPath);
+    _outputs = _addAnalogOutputs({RelayLogic::CurrentGroupPath, RelayLogic::VoltageGroupPath});
     _tolerance = _addSetting("Tolerance", ZemTree::LocalString::create("Reach tolerance", "Допуск"), 5.0,
                              ZemTree::Measures::Percent());
     _steps = _addSetting("Steps", ZemTree::LocalString::create("Search steps", "Шаги поиска"), 6.0,
@@ -78,6 +83,10 @@ void ImpedanceZoneTest::_fillTemplate()
 
 void ImpedanceZoneTest::_prepare()
 {
+    _runStartPath = _wiredPath(_start);
+    _runTripPath = _wiredPath(_trip);
+    _runCurrentsPath = _wiredPath(_outputs, 0);
+    _runVoltagesPath = _wiredPath(_outputs, 1);
     _runAngles = _angles;
     _runTolerance = _settingValue(_tolerance);
     _runSteps = static_cast<int>(std::lround(std::clamp(_settingValue(_steps), MinSteps, MaxSteps)));
@@ -111,10 +120,10 @@ void ImpedanceZoneTest::_checkOwnSettings(const RelaySettings&, std::vector<std:
 
 void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
 {
-    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
-    ZemDevice::IVirtualAnalogOutputGroup* const voltages = findAnalogGroup(relay, RelayLogic::VoltageGroupPath);
-    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, RelayLogic::ZoneStartInputPath);
-    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, RelayLogic::ZoneTripInputPath);
+    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, _runCurrentsPath);
+    ZemDevice::IVirtualAnalogOutputGroup* const voltages = findAnalogGroup(relay, _runVoltagesPath);
+    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, _runStartPath);
+    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, _runTripPath);
     const RelaySettings& settings = relay.getSettings();
     const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(_runReachR, _runReachX, _runLineAngle);
     // Below the overcurrent pickup, so that only the distance zone answers.

@@ -2,11 +2,18 @@
 
 #include "relay/RelayTestBase.h"
 
+#include <string>
+
 #include <vector>
 
 namespace ZemTree {
 class ResultMultiGraphUnit;
 }
+
+namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
+} // namespace ZemTree
 
 namespace ZemDemo {
 
@@ -54,6 +61,13 @@ private:
     double _runReachR = 0.0;
     double _runReachX = 0.0;
     double _runLineAngle = 0.0;
+    ZemTree::ContactUnit* _start = nullptr;
+    ZemTree::ContactUnit* _trip = nullptr;
+    ZemTree::AnalogOutputRedirectCollectionUnit* _outputs = nullptr;
+    std::string _runStartPath;
+    std::string _runTripPath;
+    std::string _runCurrentsPath;
+    std::string _runVoltagesPath;
 };
 
 } // namespace ZemDemo

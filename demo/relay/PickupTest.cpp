@@ -50,6 +50,9 @@ PickupTest::~PickupTest()
 void PickupTest::_fillTemplate()
 {
     RelayTestBase::_fillTemplate();
+    _start = _addInputContact("StartContact", ZemTree::LocalString::create("Start contact", "Контакт пуска"),
+                              RelayLogic::StartInputPath);
+    _outputs = _addAnalogOutputs({RelayLogic::CurrentGroupPath});
     _tolerance = _addSetting("Tolerance", ZemTree::LocalString::create("Tolerance", "Допуск"), 2.5,
                              ZemTree::Measures::Percent());
     _step = _addSetting("Step", ZemTree::LocalString::create("Ramp step", "Шаг"), 0.5, ZemTree::Measures::Percent());
@@ -66,6 +69,8 @@ void PickupTest::_fillTemplate()
 
 void PickupTest::_prepare()
 {
+    _runStartPath = _wiredPath(_start);
+    _runCurrentsPath = _wiredPath(_outputs, 0);
     _runTolerance = _settingValue(_tolerance);
     _runStep = _settingValue(_step);
     _runRampStart = _settingValue(_rampStart);
@@ -116,8 +121,8 @@ void PickupTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string
 
 void PickupTest::_execute(SimulatedRelayUnderTest& relay)
 {
-    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
-    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, RelayLogic::StartInputPath);
+    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, _runCurrentsPath);
+    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, _runStartPath);
     const double pickup = _runPickup;
 
     std::map<std::string, std::vector<std::string>> measured;

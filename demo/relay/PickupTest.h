@@ -2,9 +2,16 @@
 
 #include "relay/RelayTestBase.h"
 
+#include <string>
+
 namespace ZemTree {
 class ResultMultiNumericUnit;
 }
+
+namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
+} // namespace ZemTree
 
 namespace ZemDemo {
 
@@ -44,6 +51,10 @@ private:
     double _runRampStart = 0.0;
     double _runRampEnd = 0.0;
     double _runPickup = 0.0;
+    ZemTree::ContactUnit* _start = nullptr;
+    ZemTree::AnalogOutputRedirectCollectionUnit* _outputs = nullptr;
+    std::string _runStartPath;
+    std::string _runCurrentsPath;
 };
 
 } // namespace ZemDemo

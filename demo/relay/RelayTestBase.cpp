@@ -1,8 +1,16 @@
 #include "relay/RelayTestBase.h"
 
+#include "containers/ParametersContainer.h"
 #include "containers/SettingsContainer.h"
+#include "contacts/AnalogOutputRedirectCollection.h"
+#include "contacts/AnalogOutputRedirectCollectionUnit.h"
+#include "contacts/AnalogOutputTarget.h"
+#include "contacts/Contact.h"
+#include "contacts/HardwareInContactUnit.h"
+#include "contacts/HardwareOutContactUnit.h"
 #include "core/common/XmlInclude.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
+#include "core/tree/IHardwareContainer.h"
 #include "core/tree/IValueOut.h"
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
@@ -124,6 +132,16 @@ std::vector<std::string> RelayTestBase::checkSettings(const RelaySettings& relay
                 problems.push_back(notFiniteText(child->getId(), number->getValueOut().value));
                 isReadable = false;
             }
+        }
+    }
+    // A contact or an output group that the test set lacks: the test would drive or listen to nothing.
+    if (getParameters() != nullptr) {
+        for (ZemTree::Node* child : *getParameters()) {
+            const auto* value = dynamic_cast<const ZemTree::IValueOut*>(child);
+            if (value == nullptr || dynamic_cast<const ZemTree::IHardwareContainer*>(child) == nullptr)
+                continue;
+            if (const Zem::ErrorPointer& error = value->getError())
+                problems.push_back(localText("Wiring ", "Подключение ") + child->getId() + ": " + error->what());
         }
     }
     // The limits of a test make sense only over numbers that are there.
@@ -299,6 +317,58 @@ std::string RelayTestBase::_protectionText(const std::string& id) const
         }
     }
     return {};
+}
+
+namespace {
+
+// The unit's channel family is set as it is made, which starts it over with contact 1, and a reset copies the
+// number only: the path goes straight into the value.
+ZemTree::ContactUnit* _wired(ZemTree::ContactUnit* unit, const std::string& path)
+{
+    unit->setData(std::make_shared<ZemTree::Contact>(path, true));
+    return unit;
+}
+
+} // namespace
+
+ZemTree::ContactUnit* RelayTestBase::_addInputContact(const std::string& id, const ZemTree::LocalString& description,
+                                                      const std::string& path)
+{
+    return _wired(getParameters()->add(std::make_unique<ZemTree::HardwareInContactUnit>(
+                      id, description, ZemTree::LocalString::Empty(), nullptr)),
+                  path);
+}
+
+ZemTree::ContactUnit* RelayTestBase::_addOutputContact(const std::string& id, const ZemTree::LocalString& description,
+                                                       const std::string& path)
+{
+    return _wired(getParameters()->add(std::make_unique<ZemTree::HardwareOutContactUnit>(
+                      id, description, ZemTree::LocalString::Empty(), nullptr)),
+                  path);
+}
+
+ZemTree::AnalogOutputRedirectCollectionUnit* RelayTestBase::_addAnalogOutputs(const std::vector<std::string>& paths)
+{
+    auto outputs = std::make_shared<ZemTree::AnalogOutputRedirectCollection>();
+    for (const std::string& path : paths)
+        outputs->add(std::make_unique<ZemTree::AnalogOutputTarget>(path));
+    return getParameters()->add(std::make_unique<ZemTree::AnalogOutputRedirectCollectionUnit>(
+        "AnalogOutputs", ZemTree::LocalString::create("Analog outputs", "Аналоговые выходы"),
+        ZemTree::LocalString::Empty(), outputs, static_cast<double>(paths.size())));
+}
+
+std::string RelayTestBase::_wiredPath(const ZemTree::ContactUnit* contact)
+{
+    const auto& value = contact->getValueOut().value;
+    return value != nullptr ? value->getPath() : std::string();
+}
+
+std::string RelayTestBase::_wiredPath(const ZemTree::AnalogOutputRedirectCollectionUnit* outputs, std::size_t index)
+{
+    const auto& value = outputs->getValueOut().value;
+    if (value == nullptr || index >= value->size())
+        return {};
+    return value->at(index)->getPath();
 }
 
 double RelayTestBase::_settingValue(const ZemTree::NumericUnit* setting)

@@ -16,9 +16,11 @@ class IVirtualBinaryInputChannel;
 }
 
 namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
 class Measure;
 class NumericUnit;
-}
+} // namespace ZemTree
 
 namespace ZemDemo {
 
@@ -104,6 +106,19 @@ protected:
     ZemTree::NumericUnit* _addLinkedSetting(const std::string& id, const ZemTree::LocalString& description,
                                             double value, ZemTree::Measure* measure, const std::string& setting);
     static double _settingValue(const ZemTree::NumericUnit* setting);
+
+    // The wiring of a test, in its `Parameters`: a contact on a binary input or output of the test set, and the
+    // analog output groups the test drives, each bound by a path below the test set's virtual channels. Only
+    // while the template is filled.
+    ZemTree::ContactUnit* _addInputContact(const std::string& id, const ZemTree::LocalString& description,
+                                           const std::string& path);
+    ZemTree::ContactUnit* _addOutputContact(const std::string& id, const ZemTree::LocalString& description,
+                                            const std::string& path);
+    ZemTree::AnalogOutputRedirectCollectionUnit* _addAnalogOutputs(const std::vector<std::string>& paths);
+    // The path a contact's value names now, empty when it names none; read while the test is idle.
+    static std::string _wiredPath(const ZemTree::ContactUnit* contact);
+    // The path of the `index`-th analog output group the test drives, empty when there is none.
+    static std::string _wiredPath(const ZemTree::AnalogOutputRedirectCollectionUnit* outputs, std::size_t index);
     // The text of the protection setting `id` above the test, such as the overcurrent curve; empty when no
     // protection above holds it free of errors.
     std::string _protectionText(const std::string& id) const;

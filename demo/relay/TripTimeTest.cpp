@@ -80,6 +80,9 @@ std::vector<double> TripTimeTest::multiplesFromText(const std::string& text)
 void TripTimeTest::_fillTemplate()
 {
     RelayTestBase::_fillTemplate();
+    _trip = _addInputContact("TripContact", ZemTree::LocalString::create("Trip contact", "Контакт отключения"),
+                             RelayLogic::TripInputPath);
+    _outputs = _addAnalogOutputs({RelayLogic::CurrentGroupPath});
     _tolerance = _addSetting("Tolerance", ZemTree::LocalString::create("Relative tolerance", "Допуск"), 5.0,
                              ZemTree::Measures::Percent());
     _absoluteTolerance =
@@ -97,6 +100,8 @@ void TripTimeTest::_fillTemplate()
 
 void TripTimeTest::_prepare()
 {
+    _runTripPath = _wiredPath(_trip);
+    _runCurrentsPath = _wiredPath(_outputs, 0);
     _runMultiples = _multiples;
     _runTolerance = _settingValue(_tolerance);
     _runAbsoluteTolerance = _settingValue(_absoluteTolerance);
@@ -144,8 +149,8 @@ void TripTimeTest::_checkOwnSettings(const RelaySettings&, std::vector<std::stri
 
 void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
 {
-    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
-    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, RelayLogic::TripInputPath);
+    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, _runCurrentsPath);
+    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, _runTripPath);
     const RelaySettings& settings = relay.getSettings();
 
     std::vector<Zem::Point> points;

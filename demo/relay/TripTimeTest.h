@@ -9,6 +9,11 @@ namespace ZemTree {
 class ResultMultiGraphUnit;
 }
 
+namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
+} // namespace ZemTree
+
 namespace ZemDemo {
 
 // Times the overcurrent stage at several multiples of its pickup: the three phase currents jump from zero to the
@@ -60,6 +65,10 @@ private:
     double _runPickup = 0.0;
     double _runTimeMultiplier = 0.0;
     std::string _runCurve;
+    ZemTree::ContactUnit* _trip = nullptr;
+    ZemTree::AnalogOutputRedirectCollectionUnit* _outputs = nullptr;
+    std::string _runTripPath;
+    std::string _runCurrentsPath;
 };
 
 } // namespace ZemDemo
