@@ -2,7 +2,14 @@
 // and the simulated relay is set from them when a run starts.
 
 #include "TemporaryFolder.h"
+#include "containers/ParametersContainer.h"
 #include "containers/ProjectFile.h"
+#include "contacts/AnalogOutputRedirectCollection.h"
+#include "contacts/AnalogOutputRedirectCollectionUnit.h"
+#include "contacts/AnalogOutputTarget.h"
+#include "contacts/Contact.h"
+#include "contacts/ContactUnit.h"
+#include "core/tree/ValueErrors.h"
 #include "containers/SettingsContainer.h"
 #include "containers/TestableContainer.h"
 #include "core/tree/NodeTreeTraversal.h"
@@ -13,6 +20,7 @@
 #include "relay/PickupTest.h"
 #include "relay/ProtectionContainer.h"
 #include "relay/TripTimeTest.h"
+#include "relay/ContactCheckTest.h"
 #include "results/ResultMultiGraphUnit.h"
 #include "results/graph/GraphTimeManager.h"
 #include "results/graph/ResultMultiGraph.h"
@@ -20,6 +28,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <condition_variable>
@@ -49,9 +58,19 @@ ZemTree::NumericUnit* setting(ZemTree::Node* container, const std::string& id)
     return nullptr;
 }
 
+ZemTree::ContactUnit* wiring(ZemTree::Node* test, const std::string& id)
+{
+    auto* universal = dynamic_cast<ZemTree::UniversalGeneralContainer*>(test);
+    for (ZemTree::Node* child : *universal->getParameters())
+        if (child->getId() == id)
+            return dynamic_cast<ZemTree::ContactUnit*>(child);
+    return nullptr;
+}
+
 // Runs `tests` through the queue against a relay set from the tree with `overrides`, and waits for the end.
 void runAgainstTree(ZemTree::Node& root, const std::vector<ZemTree::ITestContainer*>& tests,
-                    const std::vector<std::pair<std::string, std::string>>& overrides = {})
+                    const std::vector<std::pair<std::string, std::string>>& overrides = {},
+                    std::vector<std::string>* lines = nullptr)
 {
     RelaySettings settings;
     settings.noise = 0.0;
@@ -65,7 +84,12 @@ void runAgainstTree(ZemTree::Node& root, const std::vector<ZemTree::ITestContain
     std::condition_variable condition;
     bool isFinished = false;
     ZemTree::TestQueueEvaluator queue;
-    // The queue goes before what its slot uses.
+    queue.getSignalStateChanged().connect([&](const std::string& line) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (lines != nullptr)
+            lines->push_back(line);
+    });
+    // The queue goes before what its slots use.
     queue.getSignalFinished().connect([&] {
         const std::lock_guard<std::mutex> lock(mutex);
         isFinished = true;
@@ -265,6 +289,59 @@ TEST(TestObject, ACurveOutsideItsListIsAnErrorAndTheRelayKeepsItsOwn)
         EXPECT_EQ(isKnown ? "very" : "standard", settings.curve);
         // The trip time test cannot know its characteristic and says so.
         EXPECT_EQ(isKnown, findSettingProblems(root.get(), settings).empty());
+    }
+}
+
+// The tests listen to the inputs and drive the outputs that their contact units name: a trip contact wired to
+// an input the relay does not close sees no trip, and a unit bound to a channel the test set lacks refuses the
+// test with its error.
+TEST(TestObject, TestsListenWhereTheirContactsAreWired)
+{
+    struct Row {
+        const char* text;
+        const char* contact;
+        const char* path;
+        bool passes;
+        // Found in a state line of the run.
+        const char* line;
+    };
+    // One project, rewired from row to row.
+    const std::vector<Row> rows = {
+        {"trip contact as delivered", "TripContact", "BinaryInputs/Group 1/Input 1", true, "Trip after"},
+        {"trip contact on an input the relay leaves open", "TripContact", "BinaryInputs/Group 1/Input 5", false,
+         "No trip within"},
+        {"trip contact rewired back", "TripContact", "BinaryInputs/Group 1/Input 1", true, "Trip after"},
+        {"trip contact on a channel the test set lacks", "TripContact", "BinaryInputs/Group 9/Input 1", false,
+         "Refused: Wiring TripContact: "},
+        {"current outputs elsewhere: the relay sees no current", "AnalogOutputs", "AnalogOutputs/Group 3", false,
+         "No trip within"},
+    };
+    std::unique_ptr<ZemTree::Node> root = buildSampleProject();
+    auto* test = find<TripTimeTest>(*root);
+    test->setMultiples({5.0});
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        if (ZemTree::ContactUnit* unit = wiring(test, row.contact)) {
+            unit->setData(std::make_shared<ZemTree::Contact>(row.path, true));
+        }
+        else {
+            // Only the trip contact is rewired above; the outputs move here, with the trip contact back.
+            wiring(test, "TripContact")->setData(std::make_shared<ZemTree::Contact>("BinaryInputs/Group 1/Input 1", true));
+            auto* outputs = dynamic_cast<ZemTree::AnalogOutputRedirectCollectionUnit*>(
+                *std::find_if(test->getParameters()->begin(), test->getParameters()->end(),
+                              [&](ZemTree::Node* node) { return node->getId() == row.contact; }));
+            ASSERT_NE(outputs, nullptr);
+            auto targets = std::make_shared<ZemTree::AnalogOutputRedirectCollection>();
+            targets->add(std::make_unique<ZemTree::AnalogOutputTarget>(std::string(row.path)));
+            outputs->setData(targets);
+        }
+        std::vector<std::string> lines;
+        runAgainstTree(*root, {test}, {}, &lines);
+        EXPECT_EQ(row.passes ? 1u : 0u, test->getCounters().okCount);
+        bool isSeen = false;
+        for (const std::string& line : lines)
+            isSeen = isSeen || line.find(row.line) != std::string::npos;
+        EXPECT_TRUE(isSeen) << (lines.empty() ? std::string("no line") : lines.back());
     }
 }
 
