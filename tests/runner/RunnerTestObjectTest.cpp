@@ -106,4 +106,30 @@ TEST(RunnerTestObject, ABrokenReferenceIsRefusedAndListedByItsPath)
     }
 }
 
+// The report shows each protection's settings and each test's wiring as the project holds them.
+TEST(RunnerTestObject, TheReportShowsTheTestObjectAndEachTestsWiring)
+{
+    ZemTreeTest::TemporaryFolder folder;
+    ZemDemo::writeSampleFiles(folder.path().string());
+    std::string project = readFile(folder.file("sample-project.xml"));
+    project = replaced(project, "<Node Id=\"Curve\"", "Data=\"standard\"", "Data=\"very\"");
+    project = replaced(project, "<Node Id=\"Follower\"", "<Value>BinaryInputs/Group 2/Input 1</Value>",
+                       "<Value>BinaryInputs/Group 2/Input 3</Value>");
+    writeFile(folder.file("variant.xml"), project);
+    const RunnerOutcome outcome = runRunner(
+        {"variant.xml", "--test", "Substation/Collection/Contacts", "--report", "report", "--output", "saved.xml"},
+        folder.path().string());
+    EXPECT_EQ(1, outcome.exitCode) << "the follower is wired to an input the relay leaves open";
+    const std::string report = readFile(folder.file("report/report.xml"));
+    for (const char* text : {"<Node Id=\"Curve\" Description=\"Curve\" Value=\"Very inverse\"",
+                             "<Node Id=\"ReachR\" Description=\"Resistive reach\" Value=\"10\" Measure=",
+                             "<Node Id=\"Delay\" Description=\"Follower delay\" Value=\"0.05\"",
+                             "Description=\"Following input\" DataType=\"Contact\">Binary inputs / Group 2 / Input 3<",
+                             "Description=\"Trip contact\" DataType=\"Contact\">Binary inputs / Group 1 / Input 1<",
+                             "Formula=\"{../../../../Settings/TimeMultiplier}\""}) {
+        SCOPED_TRACE(text);
+        EXPECT_NE(std::string::npos, report.find(text));
+    }
+}
+
 } // namespace
