@@ -99,7 +99,7 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
         if (checks.empty())
             return;
         _contactResult->setData(std::make_shared<ZemTree::ResultMultiString>(
-            checks, std::make_shared<ZemTree::StringSettingAssessment>(Follows)));
+            checks, std::make_shared<ZemTree::StringSettingAssessment>(localText(Follows, "повторяет"))));
     });
     for (int repetition = 1; repetition <= _runRepetitions && !_isStopRequested(); ++repetition) {
         for (const bool state : {true, false}) {
@@ -107,9 +107,11 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
             const bool isFollowed = _waitForInput(input, state, timeout).has_value();
             if (_isStopRequested())
                 break;
-            const std::string key = state ? "Close" : "Open";
-            checks[key].push_back(isFollowed ? Follows : DoesNotFollow);
-            _report(localText(key, state ? "Замыкание" : "Размыкание") + " " + std::to_string(repetition)
+            // Keys and verdicts are written in the user's language, as the report shows them.
+            const std::string key = state ? localText("Close", "Замыкание") : localText("Open", "Размыкание");
+            checks[key].push_back(isFollowed ? localText(Follows, "повторяет")
+                                             : localText(DoesNotFollow, "не повторяет"));
+            _report(key + " " + std::to_string(repetition)
                     + localText(": the contact ", ": контакт ")
                     + (isFollowed ? localText(Follows, "повторяет") : localText(DoesNotFollow, "не повторяет")));
             _onPointMeasured();

@@ -26,7 +26,6 @@ namespace ZemDemo {
 namespace {
 
 const char* const anglesAttribute = "Angles";
-const char* const curveKey = "Zone 1 reach";
 constexpr double Pi = 3.14159265358979323846;
 
 std::vector<Zem::PointF> scaled(const std::vector<Zem::Point>& polygon, double factor)
@@ -167,7 +166,7 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
         std::vector<Zem::PointF> inner = scaled(polygon, 1.0 - _runTolerance / 100.0);
         manager->setSettingsFigures(outer, Zem::Color::Red(), inner, Zem::Color::Orange());
         _reachResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
-            std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+            std::map<std::string, std::vector<Zem::Point>>{{localText("Zone 1 reach", "Граница зоны 1"), points}}, manager));
     });
     for (const double angle : _runAngles) {
         const double reach = RelayLogic::rayReach(polygon, angle);

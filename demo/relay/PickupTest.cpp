@@ -28,7 +28,7 @@ const char* const phaseNames[] = {"Phase A", "Phase B", "Phase C"};
 const char* const russianPhaseNames[] = {"Фаза A", "Фаза B", "Фаза C"};
 const double phaseAngles[] = {0.0, -120.0, 120.0};
 
-// The result keys stay English; the progress lines follow the user's language.
+// Result keys and progress lines alike are written in the user's language.
 std::string phaseName(std::size_t phase)
 {
     return localText(phaseNames[phase], russianPhaseNames[phase]);
@@ -159,14 +159,14 @@ void PickupTest::_execute(SimulatedRelayUnderTest& relay)
         if (_isStopRequested())
             break;
         if (found) {
-            measured[phaseNames[phase]] = {formatNumber(*found, 4)};
+            measured[phaseName(phase)] = {formatNumber(*found, 4)};
             _report(phaseName(phase) + localText(": start at ", ": пуск при ") + formatNumber(*found, 4)
                     + localText(" A", " А"));
         }
         else {
             // No start over the whole ramp is a measurement too: the end of the ramp, which fails the setting.
             const double end = pickup * _runRampEnd / 100.0;
-            measured[phaseNames[phase]] = {formatNumber(end, 4)};
+            measured[phaseName(phase)] = {formatNumber(end, 4)};
             _report(phaseName(phase) + localText(": no start up to ", ": нет пуска до ") + formatNumber(end, 4)
                     + localText(" A", " А"));
         }

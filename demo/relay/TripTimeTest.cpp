@@ -28,7 +28,6 @@ namespace ZemDemo {
 namespace {
 
 const char* const multiplesAttribute = "Multiples";
-const char* const curveKey = "Phases A, B, C";
 
 void checkMultiples(const std::vector<double>& multiples)
 {
@@ -167,7 +166,7 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
             Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-_runTolerance, _runTolerance)),
             Zem::Nullable<ZemTree::RangeStructure>(
                 ZemTree::RangeStructure::Standart(-_runAbsoluteTolerance, _runAbsoluteTolerance))));
-        auto manager = std::make_shared<ZemTree::GraphTimeManager>("Current", ZemTree::Measures::Ampere(), tolerance);
+        auto manager = std::make_shared<ZemTree::GraphTimeManager>(localText("Current", "Ток"), ZemTree::Measures::Ampere(), tolerance);
         manager->setFormula(RelayLogic::curveFormula(_runCurve));
         manager->setIOperate(_runPickup);
         manager->setTOperate(_runTimeMultiplier);
@@ -183,7 +182,7 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
         }
         manager->setSettingsFigures(up, Zem::Color::Red(), down, Zem::Color::Orange());
         _tripTimeResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
-            std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+            std::map<std::string, std::vector<Zem::Point>>{{localText("Phases A, B, C", "Фазы A, B, C"), points}}, manager));
     });
     for (const double multiple : _runMultiples) {
         currents->setPhasors(balanced(0.0));

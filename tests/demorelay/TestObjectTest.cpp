@@ -1,6 +1,7 @@
 // The sample's protections hold the relay's settings; the tests' expected values follow them through formulas,
 // and the simulated relay is set from them when a run starts.
 
+#include "LanguageGuard.h"
 #include "TemporaryFolder.h"
 #include "containers/ParametersContainer.h"
 #include "containers/ProjectFile.h"
@@ -22,6 +23,8 @@
 #include "relay/TripTimeTest.h"
 #include "relay/ContactCheckTest.h"
 #include "results/ResultMultiGraphUnit.h"
+#include "results/ResultMultiNumericUnit.h"
+#include "results/ResultMultiStringUnit.h"
 #include "results/graph/GraphTimeManager.h"
 #include "results/graph/ResultMultiGraph.h"
 #include "values/NumericUnit.h"
@@ -342,6 +345,51 @@ TEST(TestObject, TestsListenWhereTheirContactsAreWired)
         for (const std::string& line : lines)
             isSeen = isSeen || line.find(row.line) != std::string::npos;
         EXPECT_TRUE(isSeen) << (lines.empty() ? std::string("no line") : lines.back());
+    }
+}
+
+// Result keys, verdict texts and captions are written in the language of the run, and the saved project loads
+// and judges the same in the other language.
+TEST(TestObject, ARunWritesItsTextsInTheLanguageOfTheRun)
+{
+    struct Row {
+        int language;
+        std::vector<std::string> phases;
+        std::string curve;
+        std::string zone;
+        std::string close;
+        std::string caption;
+    };
+    const std::vector<Row> rows = {
+        {0, {"Phase A", "Phase B", "Phase C"}, "Phases A, B, C", "Zone 1 reach", "Close", "Current"},
+        {1, {"Фаза A", "Фаза B", "Фаза C"}, "Фазы A, B, C", "Граница зоны 1", "Замыкание", "Ток"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.language);
+        ZemTreeTest::TemporaryFolder folder;
+        std::unique_ptr<ZemTree::Node> root = buildSampleProject();
+        {
+            const ZemTreeTest::LanguageGuard language(row.language);
+            runAgainstTree(*root, collectChosenTests(root.get()));
+        }
+        ASSERT_EQ(4u, dynamic_cast<ZemTree::TestableContainer&>(*root).getCounters().okCount);
+        std::vector<std::string> phases;
+        for (const auto& [key, item] : find<PickupTest>(*root)->getPickupResult()->getValueOut().value->_items)
+            phases.push_back(key);
+        EXPECT_EQ(row.phases, phases);
+        const auto trip = find<TripTimeTest>(*root)->getTripTimeResult()->getValueOut().value;
+        EXPECT_EQ(1u, trip->_items.count(row.curve));
+        EXPECT_EQ(row.caption, dynamic_cast<ZemTree::GraphTimeManager*>(trip->getManager())->getDescription());
+        EXPECT_EQ(1u, find<ImpedanceZoneTest>(*root)->getReachResult()->getValueOut().value->_items.count(row.zone));
+        EXPECT_EQ(1u, find<ContactCheckTest>(*root)->getContactResult()->getValueOut().value->_items.count(row.close));
+
+        // Saved in one language and read in the other, the verdicts stand.
+        ZemTree::ProjectFile files;
+        files.save(*root, folder.file("project.xml"));
+        const ZemTreeTest::LanguageGuard other(1 - row.language);
+        const std::unique_ptr<ZemTree::Node> loaded = files.load(folder.file("project.xml"));
+        EXPECT_TRUE(files.getProblems().empty());
+        EXPECT_EQ(4u, dynamic_cast<ZemTree::TestableContainer&>(*loaded).getCounters().okCount);
     }
 }
 
