@@ -135,7 +135,7 @@ std::vector<std::string> RelayTestBase::checkSettings(const RelaySettings& relay
         }
     }
     // A contact or an output group that the test set lacks: the test would drive or listen to nothing.
-    if (getParameters() != nullptr) {
+    if (withValueErrors && getParameters() != nullptr) {
         for (ZemTree::Node* child : *getParameters()) {
             const auto* value = dynamic_cast<const ZemTree::IValueOut*>(child);
             if (value == nullptr || dynamic_cast<const ZemTree::IHardwareContainer*>(child) == nullptr)

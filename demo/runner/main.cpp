@@ -12,6 +12,7 @@
 #include "runner/RunnerOptions.h"
 #include "containers/ProjectFile.h"
 #include "containers/TestableContainer.h"
+#include "containers/UnitableStructureContainer.h"
 #include "core/tree/Node.h"
 #include "core/tree/TreeLocalization.h"
 #include "evaluation/ITestContainer.h"
@@ -77,10 +78,17 @@ ZemDemo::RelaySettings relaySettingsOf(const ZemDemo::RunnerOptions& options, Ze
 // keep a test from running (the same checks the tests make before they drive the hardware).
 void appendRunProblems(ZemTree::Node* root, const ZemDemo::RunnerOptions& options, std::vector<std::string>& problems)
 {
+    // The wiring is judged against the test set a run would have: a unit bound to a channel it lacks is in error.
+    ZemDevice::HardwareManager hardware;
+    auto* container = dynamic_cast<ZemTree::UnitableStructureContainer*>(root);
+    if (container != nullptr)
+        container->setHardware(&hardware);
     for (const std::string& line : ZemDemo::findValueErrors(root))
         problems.push_back(line);
     for (const std::string& line : ZemDemo::findSettingProblems(root, relaySettingsOf(options, root), false))
         problems.push_back(line);
+    if (container != nullptr)
+        container->setHardware(nullptr);
 }
 
 int checkOnly(const ZemDemo::RunnerOptions& options)

@@ -132,4 +132,20 @@ TEST(RunnerTestObject, TheReportShowsTheTestObjectAndEachTestsWiring)
     }
 }
 
+TEST(RunnerTestObject, AContactOnAChannelTheTestSetLacksIsListedAndRefused)
+{
+    ZemTreeTest::TemporaryFolder folder;
+    ZemDemo::writeSampleFiles(folder.path().string());
+    writeFile(folder.file("variant.xml"),
+              replaced(readFile(folder.file("sample-project.xml")), "<Node Id=\"TripContact\"",
+                       "<Value>BinaryInputs/Group 1/Input 1</Value>", "<Value>BinaryInputs/Group 9/Input 1</Value>"));
+    const RunnerOutcome check = runRunner({"--check", "variant.xml"}, folder.path().string());
+    EXPECT_EQ(1, check.exitCode);
+    EXPECT_NE(std::string::npos, check.err.find(tripTimePath + "/Parameters/TripContact: ")) << check.err;
+
+    const RunnerOutcome run = runRunner({"variant.xml", "--test", tripTimePath}, folder.path().string());
+    EXPECT_EQ(1, run.exitCode);
+    EXPECT_NE(std::string::npos, run.err.find("refused: " + tripTimePath + ": Wiring TripContact: ")) << run.err;
+}
+
 } // namespace
