@@ -56,8 +56,7 @@ void CurveUnit::_getDataXml(const std::string& data, xmlpp::Element* element) co
     element->set_attribute(dataAttribute, data);
 }
 
-void CurveUnit::_getDisplayXmlCurrentValue(ZemTree::DisplayXmlParameters& /*parameters*/,
-                                           xmlpp::Element* element) const
+void CurveUnit::_getDisplayXmlCurrentValue(ZemTree::DisplayXmlParameters& /*parameters*/, xmlpp::Element* element) const
 {
     const std::string& value = getValueOut().value;
     const ZemTree::EnumItem* const item = getLimiter()->findByValue(value);

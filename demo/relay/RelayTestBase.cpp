@@ -323,7 +323,7 @@ namespace {
 
 // The unit's channel family is set as it is made, which starts it over with contact 1, and a reset copies the
 // number only: the path goes straight into the value.
-ZemTree::ContactUnit* _wired(ZemTree::ContactUnit* unit, const std::string& path)
+ZemTree::ContactUnit* wiredTo(ZemTree::ContactUnit* unit, const std::string& path)
 {
     unit->setData(std::make_shared<ZemTree::Contact>(path, true));
     return unit;
@@ -334,7 +334,7 @@ ZemTree::ContactUnit* _wired(ZemTree::ContactUnit* unit, const std::string& path
 ZemTree::ContactUnit* RelayTestBase::_addInputContact(const std::string& id, const ZemTree::LocalString& description,
                                                       const std::string& path)
 {
-    return _wired(getParameters()->add(std::make_unique<ZemTree::HardwareInContactUnit>(
+    return wiredTo(getParameters()->add(std::make_unique<ZemTree::HardwareInContactUnit>(
                       id, description, ZemTree::LocalString::Empty(), nullptr)),
                   path);
 }
@@ -342,7 +342,7 @@ ZemTree::ContactUnit* RelayTestBase::_addInputContact(const std::string& id, con
 ZemTree::ContactUnit* RelayTestBase::_addOutputContact(const std::string& id, const ZemTree::LocalString& description,
                                                        const std::string& path)
 {
-    return _wired(getParameters()->add(std::make_unique<ZemTree::HardwareOutContactUnit>(
+    return wiredTo(getParameters()->add(std::make_unique<ZemTree::HardwareOutContactUnit>(
                       id, description, ZemTree::LocalString::Empty(), nullptr)),
                   path);
 }

@@ -3,25 +3,28 @@
 
 #include "LanguageGuard.h"
 #include "TemporaryFolder.h"
-#include "containers/ParametersContainer.h"
-#include "containers/ProjectFile.h"
 #include "contacts/AnalogOutputRedirectCollection.h"
 #include "contacts/AnalogOutputRedirectCollectionUnit.h"
 #include "contacts/AnalogOutputTarget.h"
 #include "contacts/Contact.h"
 #include "contacts/ContactUnit.h"
-#include "core/tree/ValueErrors.h"
+#include "containers/ParametersContainer.h"
+#include "containers/ProjectFile.h"
 #include "containers/SettingsContainer.h"
 #include "containers/TestableContainer.h"
 #include "core/tree/NodeTreeTraversal.h"
+#include "core/tree/ValueErrors.h"
 #include "evaluation/TestQueueEvaluator.h"
+#include "relay/ContactCheckTest.h"
+#include "relay/ContactsProtection.h"
 #include "relay/CurveUnit.h"
 #include "relay/DemoRelay.h"
+#include "relay/DistanceProtection.h"
 #include "relay/ImpedanceZoneTest.h"
+#include "relay/OvercurrentProtection.h"
 #include "relay/PickupTest.h"
 #include "relay/ProtectionContainer.h"
 #include "relay/TripTimeTest.h"
-#include "relay/ContactCheckTest.h"
 #include "results/ResultMultiGraphUnit.h"
 #include "results/ResultMultiNumericUnit.h"
 #include "results/ResultMultiStringUnit.h"
@@ -29,12 +32,11 @@
 #include "results/graph/ResultMultiGraph.h"
 #include "values/NumericUnit.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <condition_variable>
+#include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -152,8 +154,8 @@ TEST(TestObject, TripTimeTestJudgesAgainstTheProtectionsCurveAndTimeMultiplier)
         ASSERT_NE(manager, nullptr);
         std::vector<double> expected;
         for (const double multiple : test->getMultiples()) {
-            const double time = ZemTree::GraphTimeManager::CalculateTime(
-                manager->getFormula(), manager->getIOperate(), manager->getTOperate(), multiple);
+            const double time = ZemTree::GraphTimeManager::CalculateTime(manager->getFormula(), manager->getIOperate(),
+                                                                         manager->getTOperate(), multiple);
             EXPECT_NEAR(iecTime(row.curve, multiple, row.timeMultiplier), time, 1e-9);
             expected.push_back(time);
         }
@@ -329,7 +331,8 @@ TEST(TestObject, TestsListenWhereTheirContactsAreWired)
         }
         else {
             // Only the trip contact is rewired above; the outputs move here, with the trip contact back.
-            wiring(test, "TripContact")->setData(std::make_shared<ZemTree::Contact>("BinaryInputs/Group 1/Input 1", true));
+            wiring(test, "TripContact")
+                ->setData(std::make_shared<ZemTree::Contact>("BinaryInputs/Group 1/Input 1", true));
             auto* outputs = dynamic_cast<ZemTree::AnalogOutputRedirectCollectionUnit*>(
                 *std::find_if(test->getParameters()->begin(), test->getParameters()->end(),
                               [&](ZemTree::Node* node) { return node->getId() == row.contact; }));

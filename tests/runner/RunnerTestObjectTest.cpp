@@ -5,9 +5,8 @@
 #include "TemporaryFolder.h"
 #include "relay/DemoRelay.h"
 
-#include <gtest/gtest.h>
-
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -89,9 +88,9 @@ TEST(RunnerTestObject, ABrokenReferenceIsRefusedAndListedByItsPath)
         SCOPED_TRACE(row.text);
         ZemTreeTest::TemporaryFolder folder;
         ZemDemo::writeSampleFiles(folder.path().string());
-        const std::string project =
-            replaced(readFile(folder.file("sample-project.xml")), "<Node Id=\"Pickup\" Class=",
-                     "Formula=\"{../../../../Settings/Pickup}\"", std::string("Formula=\"") + row.formula + "\"");
+        const std::string project = replaced(readFile(folder.file("sample-project.xml")),
+                                             "<Node Id=\"Pickup\" Class=", "Formula=\"{../../../../Settings/Pickup}\"",
+                                             std::string("Formula=\"") + row.formula + "\"");
         writeFile(folder.file("variant.xml"), project);
 
         const RunnerOutcome check = runRunner({"--check", "variant.xml"}, folder.path().string());
