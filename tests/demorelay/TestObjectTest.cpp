@@ -113,7 +113,7 @@ double iecTime(const std::string& curve, double multiple, double timeMultiplier)
     return timeMultiplier * k / (std::pow(multiple, a) - 1.0);
 }
 
-TEST(TestObject, TripTimeTestJudgesAgainstTheProtectionsCurveAndTimeMultiplier)
+TEST(RelayTestObject, TripTimeTestJudgesAgainstTheProtectionsCurveAndTimeMultiplier)
 {
     struct Row {
         const char* text;
@@ -169,7 +169,7 @@ TEST(TestObject, TripTimeTestJudgesAgainstTheProtectionsCurveAndTimeMultiplier)
     }
 }
 
-TEST(TestObject, ExpectedValuesFollowEachSettingLiveAndSurviveASave)
+TEST(RelayTestObject, ExpectedValuesFollowEachSettingLiveAndSurviveASave)
 {
     ZemTreeTest::TemporaryFolder folder;
     std::unique_ptr<ZemTree::Node> root = buildSampleProject();
@@ -224,7 +224,7 @@ TEST(TestObject, ExpectedValuesFollowEachSettingLiveAndSurviveASave)
     EXPECT_DOUBLE_EQ(80.0, relay.lineAngle);
 }
 
-TEST(TestObject, AFormulaThatCannotBeEvaluatedRefusesTheTestWithItsMessage)
+TEST(RelayTestObject, AFormulaThatCannotBeEvaluatedRefusesTheTestWithItsMessage)
 {
     struct Row {
         const char* formula;
@@ -247,7 +247,7 @@ TEST(TestObject, AFormulaThatCannotBeEvaluatedRefusesTheTestWithItsMessage)
     }
 }
 
-TEST(TestObject, RelaySettingsAreOverriddenByNameAndBadOnesRefused)
+TEST(RelayTestObject, RelaySettingsAreOverriddenByNameAndBadOnesRefused)
 {
     struct Row {
         const char* name;
@@ -280,7 +280,7 @@ TEST(TestObject, RelaySettingsAreOverriddenByNameAndBadOnesRefused)
     EXPECT_EQ("very", settings.curve);
 }
 
-TEST(TestObject, ACurveOutsideItsListIsAnErrorAndTheRelayKeepsItsOwn)
+TEST(RelayTestObject, ACurveOutsideItsListIsAnErrorAndTheRelayKeepsItsOwn)
 {
     std::unique_ptr<ZemTree::Node> root = buildSampleProject();
     auto* overcurrent = find<OvercurrentProtection>(*root);
@@ -300,7 +300,7 @@ TEST(TestObject, ACurveOutsideItsListIsAnErrorAndTheRelayKeepsItsOwn)
 // The tests listen to the inputs and drive the outputs that their contact units name: a trip contact wired to
 // an input the relay does not close sees no trip, and a unit bound to a channel the test set lacks refuses the
 // test with its error.
-TEST(TestObject, TestsListenWhereTheirContactsAreWired)
+TEST(RelayTestObject, TestsListenWhereTheirContactsAreWired)
 {
     struct Row {
         const char* text;
@@ -353,7 +353,7 @@ TEST(TestObject, TestsListenWhereTheirContactsAreWired)
 
 // Result keys, verdict texts and captions are written in the language of the run, and the saved project loads
 // and judges the same in the other language.
-TEST(TestObject, ARunWritesItsTextsInTheLanguageOfTheRun)
+TEST(RelayTestObject, ARunWritesItsTextsInTheLanguageOfTheRun)
 {
     struct Row {
         int language;
