@@ -90,7 +90,6 @@
 #include "core/device/IVirtualBinaryOutputChannel.h"
 #include "core/device/IVirtualChannel.h"
 #include "core/device/IVirtualGroup.h"
-#include "core/device/SimulatedRelay.h"
 #include "core/device/VirtualAnalogOutputGroup.h"
 #include "core/device/VirtualBinaryChannel.h"
 #include "core/device/VirtualBinaryGroup.h"

@@ -38,6 +38,10 @@ ContactCheckTest::~ContactCheckTest()
 void ContactCheckTest::_fillTemplate()
 {
     RelayTestBase::_fillTemplate();
+    _output = _addOutputContact("Output", ZemTree::LocalString::create("Driven output", "Управляемый выход"),
+                                RelayLogic::ContactOutputPath);
+    _input = _addInputContact("Input", ZemTree::LocalString::create("Following input", "Повторяющий вход"),
+                              RelayLogic::ContactInputPath);
     _repetitions = _addSetting("Repetitions", ZemTree::LocalString::create("Repetitions", "Повторы"), 3.0,
                                ZemTree::Measures::None());
     _timeout = _addSetting("Timeout", ZemTree::LocalString::create("Time-out", "Время ожидания"), 0.2,
@@ -49,6 +53,8 @@ void ContactCheckTest::_fillTemplate()
 
 void ContactCheckTest::_prepare()
 {
+    _runOutputPath = _wiredPath(_output);
+    _runInputPath = _wiredPath(_input);
     _runRepetitions = static_cast<int>(_getPlannedPoints() / 2);
     _runTimeout = std::isfinite(_settingValue(_timeout)) ? std::clamp(_settingValue(_timeout), 0.001, MaxTimeout) : 0.2;
     _contactResult->clearResult();
@@ -77,8 +83,8 @@ unsigned ContactCheckTest::_getPlannedPoints() const
 
 void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
 {
-    ZemDevice::IVirtualBinaryOutputChannel* const output = findOutput(relay, RelayLogic::ContactOutputPath);
-    ZemDevice::IVirtualBinaryInputChannel* const input = findInput(relay, RelayLogic::ContactInputPath);
+    ZemDevice::IVirtualBinaryOutputChannel* const output = findOutput(relay, _runOutputPath);
+    ZemDevice::IVirtualBinaryInputChannel* const input = findInput(relay, _runInputPath);
     const auto timeout = std::chrono::milliseconds(std::llround(_runTimeout * 1000.0));
 
     std::map<std::string, std::vector<std::string>> checks;
@@ -93,7 +99,7 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
         if (checks.empty())
             return;
         _contactResult->setData(std::make_shared<ZemTree::ResultMultiString>(
-            checks, std::make_shared<ZemTree::StringSettingAssessment>(Follows)));
+            checks, std::make_shared<ZemTree::StringSettingAssessment>(localText(Follows, "повторяет"))));
     });
     for (int repetition = 1; repetition <= _runRepetitions && !_isStopRequested(); ++repetition) {
         for (const bool state : {true, false}) {
@@ -101,9 +107,11 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
             const bool isFollowed = _waitForInput(input, state, timeout).has_value();
             if (_isStopRequested())
                 break;
-            const std::string key = state ? "Close" : "Open";
-            checks[key].push_back(isFollowed ? Follows : DoesNotFollow);
-            _report(localText(key, state ? "Замыкание" : "Размыкание") + " " + std::to_string(repetition)
+            // Keys and verdicts are written in the user's language, as the report shows them.
+            const std::string key = state ? localText("Close", "Замыкание") : localText("Open", "Размыкание");
+            checks[key].push_back(isFollowed ? localText(Follows, "повторяет")
+                                             : localText(DoesNotFollow, "не повторяет"));
+            _report(key + " " + std::to_string(repetition)
                     + localText(": the contact ", ": контакт ")
                     + (isFollowed ? localText(Follows, "повторяет") : localText(DoesNotFollow, "не повторяет")));
             _onPointMeasured();

@@ -2,9 +2,16 @@
 
 #include "relay/RelayTestBase.h"
 
+#include <string>
+
 namespace ZemTree {
 class ResultMultiStringUnit;
 }
+
+namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
+} // namespace ZemTree
 
 namespace ZemDemo {
 
@@ -42,6 +49,10 @@ private:
     // Copied when a run starts; read by the test's thread only.
     int _runRepetitions = 0;
     double _runTimeout = 0.0;
+    ZemTree::ContactUnit* _output = nullptr;
+    ZemTree::ContactUnit* _input = nullptr;
+    std::string _runOutputPath;
+    std::string _runInputPath;
 };
 
 } // namespace ZemDemo

@@ -5,17 +5,27 @@
 #include "containers/ProjectFile.h"
 #include "containers/SettingsContainer.h"
 #include "containers/TestCollectionContainer.h"
+#include "core/common/ConvertionHelper.h"
 #include "core/tree/IValueOut.h"
 #include "core/tree/NodeFactory.h"
 #include "core/tree/NodeTreeTraversal.h"
 #include "evaluation/ITestContainer.h"
 #include "relay/ContactCheckTest.h"
+#include "relay/ContactsProtection.h"
+#include "relay/CurveUnit.h"
+#include "relay/DistanceProtection.h"
 #include "relay/ImpedanceZoneTest.h"
+#include "relay/OvercurrentProtection.h"
 #include "relay/PickupTest.h"
 #include "relay/ProtectionContainer.h"
 #include "relay/RelayLogic.h"
 #include "relay/TripTimeTest.h"
+#include "values/NumericUnit.h"
 #include "values/Unit.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
 
 #include <filesystem>
 #include <stdexcept>
@@ -50,6 +60,9 @@ void registerDemoTypes()
 {
     ZemTree::NodeFactory::registerType<ZemTree::HierarchicalContainer>();
     ZemTree::NodeFactory::registerType<ProtectionContainer>();
+    ZemTree::NodeFactory::registerType<OvercurrentProtection>();
+    ZemTree::NodeFactory::registerType<DistanceProtection>();
+    ZemTree::NodeFactory::registerType<ContactsProtection>();
     ZemTree::NodeFactory::registerType<PickupTest>();
     ZemTree::NodeFactory::registerType<TripTimeTest>();
     ZemTree::NodeFactory::registerType<ImpedanceZoneTest>();
@@ -86,25 +99,97 @@ std::unique_ptr<ZemTree::Node> buildSampleProject()
     auto root = std::make_unique<ZemTree::HierarchicalContainer>(
         "Substation", LocalString::create("Substation", "Подстанция"), LocalString::Empty());
     root->initContainer();
-    const auto addProtection = [&root](const std::string& id, const LocalString& description) {
-        return addFilled(root->getContainers(), std::make_unique<ProtectionContainer>(id, description));
-    };
-
-    ProtectionContainer* const overcurrent =
-        addProtection("Overcurrent", LocalString::create("Overcurrent protection", "МТЗ"));
+    ProtectionContainer* const overcurrent = addFilled(
+        root->getContainers(),
+        std::make_unique<OvercurrentProtection>("Overcurrent", LocalString::create("Overcurrent protection", "МТЗ")));
     addFilled(overcurrent->getTests(),
               std::make_unique<PickupTest>("Pickup", LocalString::create("Pickup current", "Ток срабатывания")));
     addFilled(overcurrent->getTests(),
               std::make_unique<TripTimeTest>("TripTime", LocalString::create("Trip time", "Время срабатывания")));
-    ProtectionContainer* const distance =
-        addProtection("Distance", LocalString::create("Distance protection", "Дистанционная защита"));
+    ProtectionContainer* const distance = addFilled(
+        root->getContainers(), std::make_unique<DistanceProtection>(
+                                   "Distance", LocalString::create("Distance protection", "Дистанционная защита")));
     addFilled(distance->getTests(),
               std::make_unique<ImpedanceZoneTest>("Zone1", LocalString::create("Zone 1 reach", "Граница зоны 1")));
-    ProtectionContainer* const contacts = addProtection("Contacts", LocalString::create("Contacts", "Контакты"));
+    ProtectionContainer* const contacts = addFilled(
+        root->getContainers(), std::make_unique<ContactsProtection>("Contacts", LocalString::create("Contacts", "Контакты")));
     addFilled(contacts->getTests(),
               std::make_unique<ContactCheckTest>("Follower", LocalString::create("Follower contact", "Повторитель")));
     root->setIsEvaluated(true);
     return root;
+}
+
+namespace {
+
+// The value of `unit` when it has one free of errors.
+void readSetting(const ZemTree::NumericUnit* unit, double& target)
+{
+    if (unit != nullptr && !unit->getError())
+        target = unit->getValueOut().value;
+}
+
+std::string lowerCase(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+} // namespace
+
+void readRelaySettings(ZemTree::Node* root, RelaySettings& settings)
+{
+    if (root == nullptr)
+        return;
+    bool hasOvercurrent = false, hasDistance = false, hasContacts = false;
+    for (ZemTree::Node* node : ZemTree::NodeTreeTraversal(root)) {
+        if (auto* overcurrent = dynamic_cast<OvercurrentProtection*>(node); overcurrent != nullptr && !hasOvercurrent) {
+            hasOvercurrent = true;
+            readSetting(overcurrent->getPickup(), settings.pickup);
+            readSetting(overcurrent->getTimeMultiplier(), settings.timeMultiplier);
+            if (const CurveUnit* curve = overcurrent->getCurve(); curve != nullptr && !curve->getError())
+                settings.curve = curve->getValueOut().value;
+        }
+        else if (auto* distance = dynamic_cast<DistanceProtection*>(node); distance != nullptr && !hasDistance) {
+            hasDistance = true;
+            readSetting(distance->getReachR(), settings.zoneR);
+            readSetting(distance->getReachX(), settings.zoneX);
+            readSetting(distance->getLineAngle(), settings.lineAngle);
+        }
+        else if (auto* contacts = dynamic_cast<ContactsProtection*>(node); contacts != nullptr && !hasContacts) {
+            hasContacts = true;
+            readSetting(contacts->getDelay(), settings.followerDelay);
+        }
+    }
+}
+
+std::string overrideRelaySetting(RelaySettings& settings, const std::string& name, const std::string& value)
+{
+    const std::string key = lowerCase(name);
+    if (key == "overcurrent.curve") {
+        if (value != "standard" && value != "very" && value != "extremely")
+            return "overcurrent.curve wants standard, very or extremely, not '" + value + "'";
+        settings.curve = value;
+        return {};
+    }
+    const std::pair<const char*, double*> numbers[] = {{"overcurrent.pickup", &settings.pickup},
+                                                       {"overcurrent.timemultiplier", &settings.timeMultiplier},
+                                                       {"distance.reachr", &settings.zoneR},
+                                                       {"distance.reachx", &settings.zoneX},
+                                                       {"distance.lineangle", &settings.lineAngle},
+                                                       {"contacts.delay", &settings.followerDelay}};
+    for (const auto& [known, target] : numbers) {
+        if (key != known)
+            continue;
+        double number = 0.0;
+        if (!Zem::fromText(value, number) || !std::isfinite(number))
+            return name + " wants a finite number, not '" + value + "'";
+        *target = number;
+        return {};
+    }
+    return "the relay has no setting '" + name
+           + "': use overcurrent.pickup, overcurrent.curve, overcurrent.timeMultiplier, distance.reachR, "
+             "distance.reachX, distance.lineAngle or contacts.delay";
 }
 
 void attachRelay(ZemTree::Node* root, SimulatedRelayUnderTest& relay)

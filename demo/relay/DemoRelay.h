@@ -30,6 +30,10 @@ struct RelaySettings {
     double timeMultiplier = 0.1;
     // The reach of the distance zone in ohms, resistive and reactive.
     double zoneR = 10, zoneX = 10;
+    // The angle of the protected line in degrees: the resistive edge of the zone leans with it.
+    double lineAngle = 75;
+    // The delay of the contact that follows a binary output, both ways, in seconds.
+    double followerDelay = 0.05;
     unsigned seed = 1;
     // The relative standard deviation of what the relay records about its operations.
     double noise = 0.02;
@@ -62,6 +66,15 @@ private:
 // The sample project: a "Substation" with the protections "Overcurrent", "Distance" and "Contacts" and the four
 // example tests below them, every test chosen.
 std::unique_ptr<ZemTree::Node> buildSampleProject();
+
+// Reads the relay's settings from the first protection of each kind below `root` (the test object) over
+// `settings`; a setting whose value is in error keeps what `settings` held.
+void readRelaySettings(ZemTree::Node* root, RelaySettings& settings);
+
+// Sets one setting of the relay by its name, "<protection>.<setting>" as the sample names them, any case:
+// overcurrent.pickup, overcurrent.curve, overcurrent.timeMultiplier, distance.reachR, distance.reachX,
+// distance.lineAngle, contacts.delay. Returns why it was refused, or nothing.
+std::string overrideRelaySetting(RelaySettings& settings, const std::string& name, const std::string& value);
 
 // Hands the relay (and its test set) to every example test below `root`.
 void attachRelay(ZemTree::Node* root, SimulatedRelayUnderTest& relay);

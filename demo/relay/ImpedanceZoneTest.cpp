@@ -26,7 +26,6 @@ namespace ZemDemo {
 namespace {
 
 const char* const anglesAttribute = "Angles";
-const char* const curveKey = "Zone 1 reach";
 constexpr double Pi = 3.14159265358979323846;
 
 std::vector<Zem::PointF> scaled(const std::vector<Zem::Point>& polygon, double factor)
@@ -62,19 +61,37 @@ ImpedanceZoneTest::~ImpedanceZoneTest()
 void ImpedanceZoneTest::_fillTemplate()
 {
     RelayTestBase::_fillTemplate();
+    _start = _addInputContact("StartContact", ZemTree::LocalString::create("Start contact", "Контакт пуска"),
+                              RelayLogic::ZoneStartInputPath);
+    _trip = _addInputContact("TripContact", ZemTree::LocalString::create("Trip contact", "Контакт отключения"),
+                             RelayLogic::ZoneTripInputPath);
+    _outputs = _addAnalogOutputs({RelayLogic::CurrentGroupPath, RelayLogic::VoltageGroupPath});
     _tolerance = _addSetting("Tolerance", ZemTree::LocalString::create("Reach tolerance", "Допуск"), 5.0,
                              ZemTree::Measures::Percent());
     _steps = _addSetting("Steps", ZemTree::LocalString::create("Search steps", "Шаги поиска"), 6.0,
                          ZemTree::Measures::None());
+    _reachR = _addLinkedSetting("ReachR", ZemTree::LocalString::create("Resistive reach", "Уставка по R"), 10.0,
+                                ZemTree::Measures::Ohm(), "ReachR");
+    _reachX = _addLinkedSetting("ReachX", ZemTree::LocalString::create("Reactive reach", "Уставка по X"), 10.0,
+                                ZemTree::Measures::Ohm(), "ReachX");
+    _lineAngle = _addLinkedSetting("LineAngle", ZemTree::LocalString::create("Line angle", "Угол линии"), 75.0,
+                                   ZemTree::Measures::Gradus(), "LineAngle");
     _reachResult = getResults()->add(std::make_unique<ZemTree::ResultMultiGraphUnit>(
         "Reach", ZemTree::LocalString::create("Zone reach", "Граница зоны"), ZemTree::LocalString::Empty(), nullptr));
 }
 
 void ImpedanceZoneTest::_prepare()
 {
+    _runStartPath = _wiredPath(_start);
+    _runTripPath = _wiredPath(_trip);
+    _runCurrentsPath = _wiredPath(_outputs, 0);
+    _runVoltagesPath = _wiredPath(_outputs, 1);
     _runAngles = _angles;
     _runTolerance = _settingValue(_tolerance);
     _runSteps = static_cast<int>(std::lround(std::clamp(_settingValue(_steps), MinSteps, MaxSteps)));
+    _runReachR = _settingValue(_reachR);
+    _runReachX = _settingValue(_reachX);
+    _runLineAngle = _settingValue(_lineAngle);
     _reachResult->clearResult();
 }
 
@@ -82,6 +99,15 @@ void ImpedanceZoneTest::_checkOwnSettings(const RelaySettings&, std::vector<std:
 {
     const double tolerance = _settingValue(_tolerance);
     const double steps = _settingValue(_steps);
+    if (!(_settingValue(_reachR) > 0.0) || !(_settingValue(_reachX) > 0.0))
+        problems.push_back(localText("Settings ReachR and ReachX must be above 0 Ohm, not ",
+                                     "Уставки ReachR и ReachX должны быть больше 0 Ом, а не ")
+                           + shortNumber(_settingValue(_reachR)) + localText(" and ", " и ")
+                           + shortNumber(_settingValue(_reachX)));
+    if (!(_settingValue(_lineAngle) >= 1.0 && _settingValue(_lineAngle) <= 90.0))
+        problems.push_back(localText("Setting LineAngle is ", "Уставка LineAngle равна ")
+                           + shortNumber(_settingValue(_lineAngle))
+                           + localText(" deg; the limits are 1 to 90 deg", " град; допустимо от 1 до 90 град"));
     if (!(tolerance >= 0.0 && tolerance < 100.0))
         problems.push_back(localText("Setting Tolerance is ", "Уставка Tolerance равна ") + shortNumber(tolerance)
                            + localText(" %; the limits are 0 to below 100 %", " %; допустимо от 0 до менее 100 %"));
@@ -93,12 +119,12 @@ void ImpedanceZoneTest::_checkOwnSettings(const RelaySettings&, std::vector<std:
 
 void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
 {
-    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
-    ZemDevice::IVirtualAnalogOutputGroup* const voltages = findAnalogGroup(relay, RelayLogic::VoltageGroupPath);
-    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, RelayLogic::ZoneStartInputPath);
-    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, RelayLogic::ZoneTripInputPath);
+    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, _runCurrentsPath);
+    ZemDevice::IVirtualAnalogOutputGroup* const voltages = findAnalogGroup(relay, _runVoltagesPath);
+    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, _runStartPath);
+    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, _runTripPath);
     const RelaySettings& settings = relay.getSettings();
-    const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(settings.zoneR, settings.zoneX);
+    const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(_runReachR, _runReachX, _runLineAngle);
     // Below the overcurrent pickup, so that only the distance zone answers.
     const double current = std::max(0.5 * settings.pickup, 2.0 * RelayLogic::ZoneMinimumCurrent);
     const auto tripTimeout =
@@ -140,7 +166,7 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
         std::vector<Zem::PointF> inner = scaled(polygon, 1.0 - _runTolerance / 100.0);
         manager->setSettingsFigures(outer, Zem::Color::Red(), inner, Zem::Color::Orange());
         _reachResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
-            std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+            std::map<std::string, std::vector<Zem::Point>>{{localText("Zone 1 reach", "Граница зоны 1"), points}}, manager));
     });
     for (const double angle : _runAngles) {
         const double reach = RelayLogic::rayReach(polygon, angle);

@@ -2,11 +2,18 @@
 
 #include "relay/RelayTestBase.h"
 
+#include <string>
+
 #include <vector>
 
 namespace ZemTree {
 class ResultMultiGraphUnit;
 }
+
+namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
+} // namespace ZemTree
 
 namespace ZemDemo {
 
@@ -42,12 +49,25 @@ private:
     std::vector<double> _angles{0.0, 45.0, 75.0, 105.0, 180.0, 270.0};
     ZemTree::NumericUnit* _tolerance = nullptr;
     ZemTree::NumericUnit* _steps = nullptr;
+    ZemTree::NumericUnit* _reachR = nullptr;
+    ZemTree::NumericUnit* _reachX = nullptr;
+    ZemTree::NumericUnit* _lineAngle = nullptr;
     ZemTree::ResultMultiGraphUnit* _reachResult = nullptr;
 
     // Copied when a run starts; read by the test's thread only.
     std::vector<double> _runAngles;
     double _runTolerance = 0.0;
     int _runSteps = 0;
+    double _runReachR = 0.0;
+    double _runReachX = 0.0;
+    double _runLineAngle = 0.0;
+    ZemTree::ContactUnit* _start = nullptr;
+    ZemTree::ContactUnit* _trip = nullptr;
+    ZemTree::AnalogOutputRedirectCollectionUnit* _outputs = nullptr;
+    std::string _runStartPath;
+    std::string _runTripPath;
+    std::string _runCurrentsPath;
+    std::string _runVoltagesPath;
 };
 
 } // namespace ZemDemo

@@ -28,7 +28,7 @@ const char* const phaseNames[] = {"Phase A", "Phase B", "Phase C"};
 const char* const russianPhaseNames[] = {"Фаза A", "Фаза B", "Фаза C"};
 const double phaseAngles[] = {0.0, -120.0, 120.0};
 
-// The result keys stay English; the progress lines follow the user's language.
+// Result keys and progress lines alike are written in the user's language.
 std::string phaseName(std::size_t phase)
 {
     return localText(phaseNames[phase], russianPhaseNames[phase]);
@@ -50,6 +50,9 @@ PickupTest::~PickupTest()
 void PickupTest::_fillTemplate()
 {
     RelayTestBase::_fillTemplate();
+    _start = _addInputContact("StartContact", ZemTree::LocalString::create("Start contact", "Контакт пуска"),
+                              RelayLogic::StartInputPath);
+    _outputs = _addAnalogOutputs({RelayLogic::CurrentGroupPath});
     _tolerance = _addSetting("Tolerance", ZemTree::LocalString::create("Tolerance", "Допуск"), 2.5,
                              ZemTree::Measures::Percent());
     _step = _addSetting("Step", ZemTree::LocalString::create("Ramp step", "Шаг"), 0.5, ZemTree::Measures::Percent());
@@ -57,6 +60,8 @@ void PickupTest::_fillTemplate()
                              ZemTree::Measures::Percent());
     _rampEnd =
         _addSetting("RampEnd", ZemTree::LocalString::create("Ramp end", "Конец"), 120.0, ZemTree::Measures::Percent());
+    _pickup = _addLinkedSetting("Pickup", ZemTree::LocalString::create("Pickup setting", "Уставка срабатывания"), 1.0,
+                                ZemTree::Measures::Ampere(), "Pickup");
     _pickupResult = getResults()->add(std::make_unique<ZemTree::ResultMultiNumericUnit>(
         "Pickup", ZemTree::LocalString::create("Pickup current", "Ток срабатывания"), ZemTree::LocalString::Empty(),
         nullptr, ZemTree::Measures::Ampere()));
@@ -64,10 +69,13 @@ void PickupTest::_fillTemplate()
 
 void PickupTest::_prepare()
 {
+    _runStartPath = _wiredPath(_start);
+    _runCurrentsPath = _wiredPath(_outputs, 0);
     _runTolerance = _settingValue(_tolerance);
     _runStep = _settingValue(_step);
     _runRampStart = _settingValue(_rampStart);
     _runRampEnd = _settingValue(_rampEnd);
+    _runPickup = _settingValue(_pickup);
     _pickupResult->clearResult();
 }
 
@@ -77,6 +85,9 @@ void PickupTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string
     const double step = _settingValue(_step);
     const double rampStart = _settingValue(_rampStart);
     const double rampEnd = _settingValue(_rampEnd);
+    if (!(_settingValue(_pickup) > 0.0))
+        problems.push_back(localText("Setting Pickup is ", "Уставка Pickup равна ") + shortNumber(_settingValue(_pickup))
+                           + localText(" A; it must be above 0 A", " А; она должна быть больше 0 А"));
     if (!(tolerance >= 0.0 && tolerance <= 100.0))
         problems.push_back(localText("Setting Tolerance is ", "Уставка Tolerance равна ") + shortNumber(tolerance)
                            + localText(" %; the limits are 0 to 100 %", " %; допустимо от 0 до 100 %"));
@@ -110,9 +121,9 @@ void PickupTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string
 
 void PickupTest::_execute(SimulatedRelayUnderTest& relay)
 {
-    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
-    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, RelayLogic::StartInputPath);
-    const double pickup = relay.getSettings().pickup;
+    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, _runCurrentsPath);
+    ZemDevice::IVirtualBinaryInputChannel* const start = findInput(relay, _runStartPath);
+    const double pickup = _runPickup;
 
     std::map<std::string, std::vector<std::string>> measured;
     // What was measured is kept and the outputs are switched off however the measuring ends, also when the
@@ -148,14 +159,14 @@ void PickupTest::_execute(SimulatedRelayUnderTest& relay)
         if (_isStopRequested())
             break;
         if (found) {
-            measured[phaseNames[phase]] = {formatNumber(*found, 4)};
+            measured[phaseName(phase)] = {formatNumber(*found, 4)};
             _report(phaseName(phase) + localText(": start at ", ": пуск при ") + formatNumber(*found, 4)
                     + localText(" A", " А"));
         }
         else {
             // No start over the whole ramp is a measurement too: the end of the ramp, which fails the setting.
             const double end = pickup * _runRampEnd / 100.0;
-            measured[phaseNames[phase]] = {formatNumber(end, 4)};
+            measured[phaseName(phase)] = {formatNumber(end, 4)};
             _report(phaseName(phase) + localText(": no start up to ", ": нет пуска до ") + formatNumber(end, 4)
                     + localText(" A", " А"));
         }

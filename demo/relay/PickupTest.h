@@ -2,9 +2,16 @@
 
 #include "relay/RelayTestBase.h"
 
+#include <string>
+
 namespace ZemTree {
 class ResultMultiNumericUnit;
 }
+
+namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
+} // namespace ZemTree
 
 namespace ZemDemo {
 
@@ -35,6 +42,7 @@ private:
     ZemTree::NumericUnit* _step = nullptr;
     ZemTree::NumericUnit* _rampStart = nullptr;
     ZemTree::NumericUnit* _rampEnd = nullptr;
+    ZemTree::NumericUnit* _pickup = nullptr;
     ZemTree::ResultMultiNumericUnit* _pickupResult = nullptr;
 
     // Copied from the settings when a run starts; read by the test's thread only.
@@ -42,6 +50,11 @@ private:
     double _runStep = 0.0;
     double _runRampStart = 0.0;
     double _runRampEnd = 0.0;
+    double _runPickup = 0.0;
+    ZemTree::ContactUnit* _start = nullptr;
+    ZemTree::AnalogOutputRedirectCollectionUnit* _outputs = nullptr;
+    std::string _runStartPath;
+    std::string _runCurrentsPath;
 };
 
 } // namespace ZemDemo

@@ -4,7 +4,8 @@
 #include "core/device/HardwareVirtualChannels.h"
 #include "core/device/IVirtualAnalogOutputGroup.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
-#include "core/device/SimulatedRelay.h"
+#include "core/common/ThreadHelper.h"
+#include "core/device/IVirtualBinaryOutputChannel.h"
 #include "relay/DemoRelay.h"
 
 #include <algorithm>
@@ -64,15 +65,19 @@ template <class T> T* findChannel(ZemDevice::HardwareManager& hardware, const ch
 
 RelayLogic::RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings& settings)
     : _curve(settings.curve), _pickup(settings.pickup), _timeMultiplier(settings.timeMultiplier),
-      _zoneR(settings.zoneR), _zoneX(settings.zoneX), _seed(settings.seed), _noise(settings.noise),
+      _zoneR(settings.zoneR), _zoneX(settings.zoneX), _lineAngle(settings.lineAngle), _seed(settings.seed), _noise(settings.noise),
       _timeScale(settings.timeScale)
 {
     findCurve(_curve);
     const auto isPositive = [](double value) { return std::isfinite(value) && value > 0.0; };
     if (!isPositive(_pickup) || !isPositive(_timeMultiplier) || !isPositive(_zoneR) || !isPositive(_zoneX)
-        || !isPositive(_timeScale) || !(_noise >= 0.0 && _noise < 1.0))
+        || !isPositive(_timeScale) || !(_noise >= 0.0 && _noise < 1.0) || !(_lineAngle >= 1.0 && _lineAngle <= 90.0)
+        || !(settings.followerDelay >= 0.0 && settings.followerDelay <= 3600.0))
         throw std::logic_error("Relay settings out of range: pickup, time multiplier, zone reach and time scale must "
-                               "be positive, the noise in [0;1)");
+                               "be positive, the line angle in [1;90] degrees, the noise in [0;1), the follower's "
+                               "delay in [0;3600] s");
+    _followerDelay = std::chrono::duration_cast<Clock::duration>(
+        std::chrono::duration<double>(settings.followerDelay * _timeScale));
 
     _currents = findChannel<ZemDevice::IVirtualAnalogOutputGroup>(hardware, CurrentGroupPath);
     _voltages = findChannel<ZemDevice::IVirtualAnalogOutputGroup>(hardware, VoltageGroupPath);
@@ -83,18 +88,28 @@ RelayLogic::RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings
     if (_currents->getPhasors().size() < 3 || _voltages->getPhasors().size() < 1)
         throw std::logic_error("The test set's analog groups are too small for the relay");
 
-    _follower = std::make_unique<ZemDevice::SimulatedRelay>(hardware);
-    _follower->addFollower(ContactOutputPath, ContactInputPath, std::chrono::milliseconds(ContactDelayMs));
+    _followed = findChannel<ZemDevice::IVirtualBinaryOutputChannel>(hardware, ContactOutputPath);
+    _follower = findChannel<ZemDevice::IVirtualBinaryInputChannel>(hardware, ContactInputPath);
+    _followerState = _follower->getState();
 
-    _connections.push_back(_currents->getSignalChanged().connect([this](Clock::time_point) { _onAnalogChanged(); }));
-    _connections.push_back(_voltages->getSignalChanged().connect([this](Clock::time_point) { _onAnalogChanged(); }));
-    _worker = std::thread([this] { _run(); });
+    _currentsConnection = _currents->getSignalChanged().connect([this](Clock::time_point) { _onAnalogChanged(); });
+    _voltagesConnection = _voltages->getSignalChanged().connect([this](Clock::time_point) { _onAnalogChanged(); });
+    _followedConnection = _followed->getSignalStateChanged().connect(
+        [this](bool, Clock::time_point changed) { _onFollowedChanged(changed); });
+    // An output already closed counts from now.
+    _onFollowedChanged(Clock::now());
+    _worker = std::thread([this] {
+        Zem::ThreadHelper::setCurrentThreadName("ZemDemo_Relay");
+        _run();
+    });
 }
 
 RelayLogic::~RelayLogic()
 {
-    for (sigc::connection& connection : _connections)
-        connection.disconnect();
+    // No slot may note a change once the worker is gone.
+    _currentsConnection.disconnect();
+    _voltagesConnection.disconnect();
+    _followedConnection.disconnect();
     {
         const std::lock_guard<std::mutex> lock(_mutex);
         _isStopping = true;
@@ -121,11 +136,12 @@ std::string RelayLogic::curveFormula(const std::string& curve)
     return text;
 }
 
-std::vector<Zem::Point> RelayLogic::zonePolygon(double zoneR, double zoneX)
+std::vector<Zem::Point> RelayLogic::zonePolygon(double zoneR, double zoneX, double lineAngle)
 {
     // A quadrilateral leaning with the line angle: a little reach behind the relay, the resistive reach
     // growing towards the reactive one.
-    return {{-zoneR / 4.0, -zoneX / 4.0}, {zoneR, -zoneX / 4.0}, {zoneR + 0.27 * zoneX, zoneX}, {-zoneR / 4.0, zoneX}};
+    const double lean = std::cos(lineAngle * Pi / 180.0) / std::sin(lineAngle * Pi / 180.0);
+    return {{-zoneR / 4.0, -zoneX / 4.0}, {zoneR, -zoneX / 4.0}, {zoneR + lean * zoneX, zoneX}, {-zoneR / 4.0, zoneX}};
 }
 
 double RelayLogic::rayReach(const std::vector<Zem::Point>& polygon, double angleDegrees)
@@ -182,6 +198,22 @@ void RelayLogic::_onAnalogChanged()
     _condition.notify_all();
 }
 
+void RelayLogic::_onFollowedChanged(Clock::time_point changed)
+{
+    // Read before taking our lock: the output has a lock of its own.
+    const bool state = _followed->getState();
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        if (_followerPending ? _followerPending->second == state : _followerState == state)
+            return;
+        if (_followerState == state)
+            _followerPending.reset();
+        else
+            _followerPending = std::make_pair(changed + _followerDelay, state);
+    }
+    _condition.notify_all();
+}
+
 void RelayLogic::_run()
 {
     std::unique_lock<std::mutex> lock(_mutex);
@@ -214,11 +246,22 @@ void RelayLogic::_run()
             lock.lock();
             continue;
         }
+        if (_followerPending && _followerPending->first <= now) {
+            const bool state = _followerPending->second;
+            _followerPending.reset();
+            _followerState = state;
+            lock.unlock();
+            _follower->drive(state);
+            lock.lock();
+            continue;
+        }
         std::optional<Clock::time_point> due;
         if (_tripPending)
             due = _tripPending->due;
         if (_zoneTripDue && (!due || *_zoneTripDue < *due))
             due = _zoneTripDue;
+        if (_followerPending && (!due || _followerPending->first < *due))
+            due = _followerPending->first;
         if (due)
             _condition.wait_until(lock, *due);
         else
@@ -315,7 +358,7 @@ bool RelayLogic::_isInsideZone(double r, double x) const
         angle += 360.0;
     const auto key = static_cast<std::uint64_t>(std::llround(angle * 10.0)) % 3600u;
     const double scale = 1.0 + _deviation(ZoneKey + key);
-    const std::vector<Zem::Point> polygon = zonePolygon(_zoneR * scale, _zoneX * scale);
+    const std::vector<Zem::Point> polygon = zonePolygon(_zoneR * scale, _zoneX * scale, _lineAngle);
     for (std::size_t i = 0; i < polygon.size(); ++i) {
         const Zem::Point& p = polygon[i];
         const Zem::Point& q = polygon[(i + 1) % polygon.size()];

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "core/common/Point.h"
-
-#include <sigc++/connection.h>
+#include "core/common/ScopedConnection.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -12,13 +11,14 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace ZemDevice {
 class HardwareManager;
 class IVirtualAnalogOutputGroup;
 class IVirtualBinaryInputChannel;
-class SimulatedRelay;
+class IVirtualBinaryOutputChannel;
 } // namespace ZemDevice
 
 namespace ZemDemo {
@@ -38,9 +38,13 @@ struct RelaySettings;
 // reported operate time, the pickup and reach it really has) carries a measurement noise drawn from the seed
 // and the operating point alone, so that the same seed gives the same records whatever the threads do.
 //
-// Threads: the slots on the analog groups run on the thread that changes them and only note the change; the
-// contacts are driven on the relay's own thread. The hardware manager outlives the logic, and the logic is made
-// and destroyed while no other thread changes the test set.
+// The follower closes and opens its input its delay after the output changed, never sooner; an output that
+// returns before that cancels the pending change.
+//
+// Threads: the slots on the test set's outputs run on the thread that changes them and only note the change; every
+// contact is driven on the relay's one thread, named "ZemDemo_Relay". The hardware manager outlives the logic, and
+// the logic is made and destroyed while no other thread changes the test set; a change still pending then is
+// dropped.
 class RelayLogic {
 public:
     using Clock = std::chrono::steady_clock;
@@ -58,8 +62,6 @@ public:
     static constexpr double ZoneMinimumCurrent = 0.1;
     // The zone's own operate time in seconds.
     static constexpr double ZoneOperateTime = 0.02;
-    // The follower's delay in milliseconds.
-    static constexpr int ContactDelayMs = 5;
 
     // Throws std::logic_error for an unknown curve or settings out of range.
     RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings& settings);
@@ -72,8 +74,9 @@ public:
     static double curveTime(const std::string& curve, double multiple, double timeMultiplier);
     // The same curve as a formula of the time graphs, with "{T}", "{I}" and "{x}".
     static std::string curveFormula(const std::string& curve);
-    // The zone's quadrilateral in the R-X plane, counter-clockwise, reaching `zoneR` and `zoneX`.
-    static std::vector<Zem::Point> zonePolygon(double zoneR, double zoneX);
+    // The zone's quadrilateral in the R-X plane, counter-clockwise, reaching `zoneR` and `zoneX`, its resistive
+    // edge leaning with the line angle in degrees.
+    static std::vector<Zem::Point> zonePolygon(double zoneR, double zoneX, double lineAngle);
     // How far the ray from the origin at `angleDegrees` runs inside `polygon`; the origin lies inside.
     static double rayReach(const std::vector<Zem::Point>& polygon, double angleDegrees);
 
@@ -95,8 +98,9 @@ private:
         double reportedTime = 0.0;
     };
 
-    // Runs on the thread that changed an output.
+    // Run on the thread that changed an output.
     void _onAnalogChanged();
+    void _onFollowedChanged(Clock::time_point changed);
     // The relay's thread.
     void _run();
     // Runs on the relay's thread with the lock released.
@@ -117,9 +121,11 @@ private:
     double _timeMultiplier;
     double _zoneR;
     double _zoneX;
+    double _lineAngle;
     unsigned _seed;
     double _noise;
     double _timeScale;
+    Clock::duration _followerDelay;
 
     ZemDevice::IVirtualAnalogOutputGroup* _currents = nullptr;
     ZemDevice::IVirtualAnalogOutputGroup* _voltages = nullptr;
@@ -127,8 +133,11 @@ private:
     ZemDevice::IVirtualBinaryInputChannel* _start = nullptr;
     ZemDevice::IVirtualBinaryInputChannel* _zoneTrip = nullptr;
     ZemDevice::IVirtualBinaryInputChannel* _zoneStart = nullptr;
-    std::unique_ptr<ZemDevice::SimulatedRelay> _follower;
-    std::vector<sigc::connection> _connections;
+    ZemDevice::IVirtualBinaryOutputChannel* _followed = nullptr;
+    ZemDevice::IVirtualBinaryInputChannel* _follower = nullptr;
+    Zem::ScopedConnection _currentsConnection;
+    Zem::ScopedConnection _voltagesConnection;
+    Zem::ScopedConnection _followedConnection;
 
     // Guards everything below.
     mutable std::mutex _mutex;
@@ -142,6 +151,9 @@ private:
     std::optional<Pending> _tripPending;
     std::optional<Clock::time_point> _zoneTripDue;
     std::optional<double> _lastReportedTripTime;
+    // The follower's state as last driven, and a change of it still to come.
+    bool _followerState = false;
+    std::optional<std::pair<Clock::time_point, bool>> _followerPending;
     // Only the relay's thread touches these.
     Phasors _lastCurrents;
     Phasors _lastZoneInputs;

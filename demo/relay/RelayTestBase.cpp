@@ -1,12 +1,21 @@
 #include "relay/RelayTestBase.h"
 
+#include "containers/ParametersContainer.h"
 #include "containers/SettingsContainer.h"
+#include "contacts/AnalogOutputRedirectCollection.h"
+#include "contacts/AnalogOutputRedirectCollectionUnit.h"
+#include "contacts/AnalogOutputTarget.h"
+#include "contacts/Contact.h"
+#include "contacts/HardwareInContactUnit.h"
+#include "contacts/HardwareOutContactUnit.h"
 #include "core/common/XmlInclude.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
+#include "core/tree/IHardwareContainer.h"
 #include "core/tree/IValueOut.h"
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "values/NumericUnit.h"
+#include "values/Value.h"
 
 #include <signal.h>
 
@@ -123,6 +132,16 @@ std::vector<std::string> RelayTestBase::checkSettings(const RelaySettings& relay
                 problems.push_back(notFiniteText(child->getId(), number->getValueOut().value));
                 isReadable = false;
             }
+        }
+    }
+    // A contact or an output group that the test set lacks: the test would drive or listen to nothing.
+    if (withValueErrors && getParameters() != nullptr) {
+        for (ZemTree::Node* child : *getParameters()) {
+            const auto* value = dynamic_cast<const ZemTree::IValueOut*>(child);
+            if (value == nullptr || dynamic_cast<const ZemTree::IHardwareContainer*>(child) == nullptr)
+                continue;
+            if (const Zem::ErrorPointer& error = value->getError())
+                problems.push_back(localText("Wiring ", "Подключение ") + child->getId() + ": " + error->what());
         }
     }
     // The limits of a test make sense only over numbers that are there.
@@ -272,6 +291,84 @@ ZemTree::NumericUnit* RelayTestBase::_addSetting(const std::string& id, const Ze
                                         ZemTree::Measure* measure)
 {
     return getSettings()->add(std::make_unique<ZemTree::NumericUnit>(id, description, ZemTree::LocalString::Empty(), value, measure));
+}
+
+ZemTree::NumericUnit* RelayTestBase::_addLinkedSetting(const std::string& id, const ZemTree::LocalString& description,
+                                                       double value, ZemTree::Measure* measure,
+                                                       const std::string& setting)
+{
+    ZemTree::NumericUnit* const unit = _addSetting(id, description, value, measure);
+    // From the unit: its section, the test, the protection's tests, the protection.
+    unit->setDefaultFormula("{../../../../Settings/" + setting + "}");
+    unit->setDefaultIsFormulaSource(true);
+    return unit;
+}
+
+std::string RelayTestBase::_protectionText(const std::string& id) const
+{
+    for (const ZemTree::Node* node = getParent(); node != nullptr; node = node->getParent()) {
+        const auto* protection = dynamic_cast<const ZemTree::UniversalGeneralContainer*>(node);
+        if (protection == nullptr || protection->getSettings() == nullptr)
+            continue;
+        for (ZemTree::Node* child : *protection->getSettings()) {
+            const auto* text = dynamic_cast<const ZemTree::Value<std::string>*>(child);
+            if (text != nullptr && child->getId() == id)
+                return text->getError() ? std::string() : text->getValueOut().value;
+        }
+    }
+    return {};
+}
+
+namespace {
+
+// The unit's channel family is set as it is made, which starts it over with contact 1, and a reset copies the
+// number only: the path goes straight into the value.
+ZemTree::ContactUnit* wiredTo(ZemTree::ContactUnit* unit, const std::string& path)
+{
+    unit->setData(std::make_shared<ZemTree::Contact>(path, true));
+    return unit;
+}
+
+} // namespace
+
+ZemTree::ContactUnit* RelayTestBase::_addInputContact(const std::string& id, const ZemTree::LocalString& description,
+                                                      const std::string& path)
+{
+    return wiredTo(getParameters()->add(std::make_unique<ZemTree::HardwareInContactUnit>(
+                      id, description, ZemTree::LocalString::Empty(), nullptr)),
+                  path);
+}
+
+ZemTree::ContactUnit* RelayTestBase::_addOutputContact(const std::string& id, const ZemTree::LocalString& description,
+                                                       const std::string& path)
+{
+    return wiredTo(getParameters()->add(std::make_unique<ZemTree::HardwareOutContactUnit>(
+                      id, description, ZemTree::LocalString::Empty(), nullptr)),
+                  path);
+}
+
+ZemTree::AnalogOutputRedirectCollectionUnit* RelayTestBase::_addAnalogOutputs(const std::vector<std::string>& paths)
+{
+    auto outputs = std::make_shared<ZemTree::AnalogOutputRedirectCollection>();
+    for (const std::string& path : paths)
+        outputs->add(std::make_unique<ZemTree::AnalogOutputTarget>(path));
+    return getParameters()->add(std::make_unique<ZemTree::AnalogOutputRedirectCollectionUnit>(
+        "AnalogOutputs", ZemTree::LocalString::create("Analog outputs", "Аналоговые выходы"),
+        ZemTree::LocalString::Empty(), outputs, static_cast<double>(paths.size())));
+}
+
+std::string RelayTestBase::_wiredPath(const ZemTree::ContactUnit* contact)
+{
+    const auto& value = contact->getValueOut().value;
+    return value != nullptr ? value->getPath() : std::string();
+}
+
+std::string RelayTestBase::_wiredPath(const ZemTree::AnalogOutputRedirectCollectionUnit* outputs, std::size_t index)
+{
+    const auto& value = outputs->getValueOut().value;
+    if (value == nullptr || index >= value->size())
+        return {};
+    return value->at(index)->getPath();
 }
 
 double RelayTestBase::_settingValue(const ZemTree::NumericUnit* setting)

@@ -16,9 +16,11 @@ class IVirtualBinaryInputChannel;
 }
 
 namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
 class Measure;
 class NumericUnit;
-}
+} // namespace ZemTree
 
 namespace ZemDemo {
 
@@ -99,7 +101,27 @@ protected:
     // Adds a setting to the test's `Settings` section; only while the template is filled.
     ZemTree::NumericUnit* _addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
                              ZemTree::Measure* measure);
+    // A setting whose default is a formula over the test object: `setting` is a path below the protection's
+    // `Settings`, so the setting follows the relay's own value of the protection that holds the test.
+    ZemTree::NumericUnit* _addLinkedSetting(const std::string& id, const ZemTree::LocalString& description,
+                                            double value, ZemTree::Measure* measure, const std::string& setting);
     static double _settingValue(const ZemTree::NumericUnit* setting);
+
+    // The wiring of a test, in its `Parameters`: a contact on a binary input or output of the test set, and the
+    // analog output groups the test drives, each bound by a path below the test set's virtual channels. Only
+    // while the template is filled.
+    ZemTree::ContactUnit* _addInputContact(const std::string& id, const ZemTree::LocalString& description,
+                                           const std::string& path);
+    ZemTree::ContactUnit* _addOutputContact(const std::string& id, const ZemTree::LocalString& description,
+                                            const std::string& path);
+    ZemTree::AnalogOutputRedirectCollectionUnit* _addAnalogOutputs(const std::vector<std::string>& paths);
+    // The path a contact's value names now, empty when it names none; read while the test is idle.
+    static std::string _wiredPath(const ZemTree::ContactUnit* contact);
+    // The path of the `index`-th analog output group the test drives, empty when there is none.
+    static std::string _wiredPath(const ZemTree::AnalogOutputRedirectCollectionUnit* outputs, std::size_t index);
+    // The text of the protection setting `id` above the test, such as the overcurrent curve; empty when no
+    // protection above holds it free of errors.
+    std::string _protectionText(const std::string& id) const;
 
     // Reads the list of numbers kept in the attribute `name` with `parse`, which throws std::runtime_error for a
     // malformed one: that is reported as a problem of the reading and `numbers` stay as they were.

@@ -28,7 +28,6 @@ namespace ZemDemo {
 namespace {
 
 const char* const multiplesAttribute = "Multiples";
-const char* const curveKey = "Phases A, B, C";
 
 void checkMultiples(const std::vector<double>& multiples)
 {
@@ -80,11 +79,19 @@ std::vector<double> TripTimeTest::multiplesFromText(const std::string& text)
 void TripTimeTest::_fillTemplate()
 {
     RelayTestBase::_fillTemplate();
+    _trip = _addInputContact("TripContact", ZemTree::LocalString::create("Trip contact", "Контакт отключения"),
+                             RelayLogic::TripInputPath);
+    _outputs = _addAnalogOutputs({RelayLogic::CurrentGroupPath});
     _tolerance = _addSetting("Tolerance", ZemTree::LocalString::create("Relative tolerance", "Допуск"), 5.0,
                              ZemTree::Measures::Percent());
     _absoluteTolerance =
         _addSetting("AbsoluteTolerance", ZemTree::LocalString::create("Absolute tolerance", "Абсолютный допуск"), 0.04,
                     ZemTree::Measures::Second());
+    _pickup = _addLinkedSetting("Pickup", ZemTree::LocalString::create("Pickup setting", "Уставка срабатывания"), 1.0,
+                                ZemTree::Measures::Ampere(), "Pickup");
+    _timeMultiplier =
+        _addLinkedSetting("TimeMultiplier", ZemTree::LocalString::create("Time multiplier", "Множитель времени"), 0.1,
+                          ZemTree::Measures::None(), "TimeMultiplier");
     _tripTimeResult = getResults()->add(std::make_unique<ZemTree::ResultMultiGraphUnit>(
         "TripTime", ZemTree::LocalString::create("Trip time", "Время срабатывания"), ZemTree::LocalString::Empty(),
         nullptr));
@@ -92,14 +99,33 @@ void TripTimeTest::_fillTemplate()
 
 void TripTimeTest::_prepare()
 {
+    _runTripPath = _wiredPath(_trip);
+    _runCurrentsPath = _wiredPath(_outputs, 0);
     _runMultiples = _multiples;
     _runTolerance = _settingValue(_tolerance);
     _runAbsoluteTolerance = _settingValue(_absoluteTolerance);
+    _runPickup = _settingValue(_pickup);
+    _runTimeMultiplier = _settingValue(_timeMultiplier);
+    _runCurve = _protectionText("Curve");
     _tripTimeResult->clearResult();
 }
 
-void TripTimeTest::_checkOwnSettings(const RelaySettings& relay, std::vector<std::string>& problems) const
+void TripTimeTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string>& problems) const
 {
+    const std::string curve = _protectionText("Curve");
+    if (curve.empty()) {
+        problems.push_back(localText("No overcurrent protection above the test gives its curve",
+                                     "Над проверкой нет МТЗ с характеристикой"));
+        return;
+    }
+    const double pickup = _settingValue(_pickup);
+    const double timeMultiplier = _settingValue(_timeMultiplier);
+    if (!(pickup > 0.0) || !(timeMultiplier > 0.0)) {
+        problems.push_back(localText("Settings Pickup and TimeMultiplier must be above 0, not ",
+                                     "Уставки Pickup и TimeMultiplier должны быть больше 0, а не ")
+                           + shortNumber(pickup) + localText(" and ", " и ") + shortNumber(timeMultiplier));
+        return;
+    }
     const double tolerance = _settingValue(_tolerance);
     const double absoluteTolerance = _settingValue(_absoluteTolerance);
     if (!(tolerance >= 0.0 && tolerance <= 100.0))
@@ -111,7 +137,7 @@ void TripTimeTest::_checkOwnSettings(const RelaySettings& relay, std::vector<std
                            + localText(" s; the limits are 0 to ", " с; допустимо от 0 до ")
                            + shortNumber(MaxExpectedTime) + localText(" s", " с"));
     for (const double multiple : _multiples) {
-        const double expected = RelayLogic::curveTime(relay.curve, multiple, relay.timeMultiplier);
+        const double expected = RelayLogic::curveTime(curve, multiple, timeMultiplier);
         if (!(expected <= MaxExpectedTime))
             problems.push_back(localText("Setting Multiples: ", "Уставка Multiples: ") + shortNumber(multiple)
                                + localText(" x pickup expects a trip after ", " x пуск ждёт срабатывания через ")
@@ -122,8 +148,8 @@ void TripTimeTest::_checkOwnSettings(const RelaySettings& relay, std::vector<std
 
 void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
 {
-    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, RelayLogic::CurrentGroupPath);
-    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, RelayLogic::TripInputPath);
+    ZemDevice::IVirtualAnalogOutputGroup* const currents = findAnalogGroup(relay, _runCurrentsPath);
+    ZemDevice::IVirtualBinaryInputChannel* const trip = findInput(relay, _runTripPath);
     const RelaySettings& settings = relay.getSettings();
 
     std::vector<Zem::Point> points;
@@ -140,23 +166,23 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
             Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-_runTolerance, _runTolerance)),
             Zem::Nullable<ZemTree::RangeStructure>(
                 ZemTree::RangeStructure::Standart(-_runAbsoluteTolerance, _runAbsoluteTolerance))));
-        auto manager = std::make_shared<ZemTree::GraphTimeManager>("Current", ZemTree::Measures::Ampere(), tolerance);
-        manager->setFormula(RelayLogic::curveFormula(settings.curve));
-        manager->setIOperate(settings.pickup);
-        manager->setTOperate(settings.timeMultiplier);
+        auto manager = std::make_shared<ZemTree::GraphTimeManager>(localText("Current", "Ток"), ZemTree::Measures::Ampere(), tolerance);
+        manager->setFormula(RelayLogic::curveFormula(_runCurve));
+        manager->setIOperate(_runPickup);
+        manager->setTOperate(_runTimeMultiplier);
         // The band the relay is meant to hit, drawn from just above the pickup to twenty times it.
         std::vector<Zem::PointF> up;
         std::vector<Zem::PointF> down;
         for (double multiple = 1.2; multiple <= 20.0; multiple *= 1.15) {
-            const double time = RelayLogic::curveTime(settings.curve, multiple, settings.timeMultiplier);
+            const double time = RelayLogic::curveTime(_runCurve, multiple, _runTimeMultiplier);
             const double band = std::max(time * _runTolerance / 100.0, _runAbsoluteTolerance);
-            const auto x = static_cast<float>(multiple * settings.pickup);
+            const auto x = static_cast<float>(multiple * _runPickup);
             up.push_back({x, static_cast<float>(time + band)});
             down.push_back({x, static_cast<float>(std::max(0.0, time - band))});
         }
         manager->setSettingsFigures(up, Zem::Color::Red(), down, Zem::Color::Orange());
         _tripTimeResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
-            std::map<std::string, std::vector<Zem::Point>>{{curveKey, points}}, manager));
+            std::map<std::string, std::vector<Zem::Point>>{{localText("Phases A, B, C", "Фазы A, B, C"), points}}, manager));
     });
     for (const double multiple : _runMultiples) {
         currents->setPhasors(balanced(0.0));
@@ -167,8 +193,8 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
                                   "Контакт отключения не размыкается без тока"));
             break;
         }
-        const double current = multiple * settings.pickup;
-        const double expected = RelayLogic::curveTime(settings.curve, multiple, settings.timeMultiplier);
+        const double current = multiple * _runPickup;
+        const double expected = RelayLogic::curveTime(_runCurve, multiple, _runTimeMultiplier);
         _report(formatNumber(multiple, 2) + localText(" x pickup (", " x пуск (") + formatNumber(current, 3)
                 + localText(" A), expected ", " А), ожидается ") + formatNumber(expected, 3) + localText(" s", " с"));
         currents->setPhasors(balanced(current));

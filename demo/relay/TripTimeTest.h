@@ -2,11 +2,17 @@
 
 #include "relay/RelayTestBase.h"
 
+#include <string>
 #include <vector>
 
 namespace ZemTree {
 class ResultMultiGraphUnit;
 }
+
+namespace ZemTree {
+class AnalogOutputRedirectCollectionUnit;
+class ContactUnit;
+} // namespace ZemTree
 
 namespace ZemDemo {
 
@@ -48,12 +54,21 @@ private:
     std::vector<double> _multiples{2.0, 3.0, 5.0, 10.0};
     ZemTree::NumericUnit* _tolerance = nullptr;
     ZemTree::NumericUnit* _absoluteTolerance = nullptr;
+    ZemTree::NumericUnit* _pickup = nullptr;
+    ZemTree::NumericUnit* _timeMultiplier = nullptr;
     ZemTree::ResultMultiGraphUnit* _tripTimeResult = nullptr;
 
     // Copied when a run starts; read by the test's thread only.
     std::vector<double> _runMultiples;
     double _runTolerance = 0.0;
     double _runAbsoluteTolerance = 0.0;
+    double _runPickup = 0.0;
+    double _runTimeMultiplier = 0.0;
+    std::string _runCurve;
+    ZemTree::ContactUnit* _trip = nullptr;
+    ZemTree::AnalogOutputRedirectCollectionUnit* _outputs = nullptr;
+    std::string _runTripPath;
+    std::string _runCurrentsPath;
 };
 
 } // namespace ZemDemo

@@ -1,6 +1,7 @@
 #include "runner/RunnerOptions.h"
 
 #include "core/common/ConvertionHelper.h"
+#include "relay/DemoRelay.h"
 
 #include <cmath>
 #include <cstddef>
@@ -61,7 +62,7 @@ std::string parseRunnerOptions(const std::vector<std::string>& arguments, Runner
             return "";
         }
         if (name.size() > 1 && name[0] == '-' && name != "--" && name != "--test" && name != "--set"
-            && !given.insert(name).second)
+            && name != "--relay-set" && !given.insert(name).second)
             return "the option " + name + " is given twice";
         if (name == "--new") {
             options.isNew = true;
@@ -80,7 +81,8 @@ std::string parseRunnerOptions(const std::vector<std::string>& arguments, Runner
             continue;
         }
         static const char* const valued[] = {"--templates", "--test", "--seed", "--curve", "--time-scale", "--output",
-                                             "--report",    "--xsl",  "--lang", "--check", "--set"};
+                                             "--report",    "--xsl",  "--lang", "--check", "--set",
+                                             "--relay-set"};
         bool isKnown = false;
         for (const char* known : valued)
             isKnown = isKnown || name == known;
@@ -107,10 +109,19 @@ std::string parseRunnerOptions(const std::vector<std::string>& arguments, Runner
             if (!parseUnsigned(value, options.seed))
                 return "--seed wants a whole number from 0 to 999999999, not '" + value + "'";
         }
-        else if (name == "--curve") {
-            if (value != "standard" && value != "very" && value != "extremely")
-                return "--curve wants standard, very or extremely, not '" + value + "'";
-            options.curve = value;
+        else if (name == "--curve" || name == "--relay-set") {
+            std::pair<std::string, std::string> setting{"overcurrent.curve", value};
+            const std::size_t equals = value.find('=');
+            if (name == "--relay-set") {
+                if (equals == std::string::npos || equals == 0)
+                    return "--relay-set wants NAME=VALUE, not '" + value + "'";
+                setting = {value.substr(0, equals), value.substr(equals + 1)};
+            }
+            RelaySettings scratch;
+            const std::string refusal = overrideRelaySetting(scratch, setting.first, setting.second);
+            if (!refusal.empty())
+                return name + ": " + refusal;
+            options.relayOverrides.push_back(setting);
         }
         else if (name == "--time-scale") {
             if (!parsePositive(value, options.timeScale))
@@ -162,7 +173,11 @@ std::string runnerUsage()
            "                      (every chosen test that has it) or a unit's path from the root; may be given\n"
            "                      several times; a NAME that no chosen test has is an error\n"
            "  --seed N            seed of the simulated relay's noise (default 1)\n"
-           "  --curve KIND        inverse-time curve of the relay: standard, very or extremely (default standard)\n"
+           "  --relay-set NAME=VALUE  set the simulated relay otherwise than the project's test object, as a relay\n"
+           "                      set wrongly: overcurrent.pickup, overcurrent.curve, overcurrent.timeMultiplier,\n"
+           "                      distance.reachR, distance.reachX, distance.lineAngle, contacts.delay; may be\n"
+           "                      given several times\n"
+           "  --curve KIND        the same as --relay-set overcurrent.curve=KIND (standard, very or extremely)\n"
            "  --time-scale F      how fast the relay runs: 0.1 is ten times faster than real time (default 0.1)\n"
            "  --output FILE       where the project is saved (default: over PROJECT; with --new ./project.xml)\n"
            "  --report DIR        write the report (report.xml, images/, report.html) into DIR\n"
@@ -172,7 +187,7 @@ std::string runnerUsage()
            "  --check FILE        only load FILE and list its problems on stderr, one per line; run nothing\n"
            "  -h, --help          show this text\n"
            "\n"
-           "Every option but --test and --set may be given once. Before the run each chosen test's settings are\n"
+           "Every option but --test, --set and --relay-set may be given once. Before the run each chosen test's settings are\n"
            "checked (values in error, numbers that are not finite, ramps and waits beyond their limits); a test that\n"
            "fails them is refused, with one line on stderr, and does not drive the relay. --check runs the same\n"
            "checks.\n"

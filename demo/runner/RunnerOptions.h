@@ -15,7 +15,9 @@ struct RunnerOptions {
     // --set NAME=VALUE, in the order given: a setting and the finite number it takes for this run.
     std::vector<std::pair<std::string, double>> settingOverrides;
     unsigned seed = 1;
-    std::string curve = "standard";
+    // --relay-set NAME=VALUE (and --curve KIND as overcurrent.curve), in the order given: settings of the
+    // simulated relay that differ from the project's test object, as a relay set wrongly would.
+    std::vector<std::pair<std::string, std::string>> relayOverrides;
     double timeScale = 0.1;
     std::string outputPath;
     std::string reportFolder;

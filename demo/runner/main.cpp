@@ -12,6 +12,7 @@
 #include "runner/RunnerOptions.h"
 #include "containers/ProjectFile.h"
 #include "containers/TestableContainer.h"
+#include "containers/UnitableStructureContainer.h"
 #include "core/tree/Node.h"
 #include "core/tree/TreeLocalization.h"
 #include "evaluation/ITestContainer.h"
@@ -60,12 +61,16 @@ bool checkTemplateFolder(const ZemDemo::RunnerOptions& options)
     return false;
 }
 
-ZemDemo::RelaySettings relaySettingsOf(const ZemDemo::RunnerOptions& options)
+// The relay as the project's test object sets it, with what the command line sets otherwise.
+ZemDemo::RelaySettings relaySettingsOf(const ZemDemo::RunnerOptions& options, ZemTree::Node* root)
 {
     ZemDemo::RelaySettings settings;
     settings.seed = options.seed;
-    settings.curve = options.curve;
     settings.timeScale = options.timeScale;
+    ZemDemo::readRelaySettings(root, settings);
+    // Checked when the options were read.
+    for (const auto& [name, value] : options.relayOverrides)
+        ZemDemo::overrideRelaySetting(settings, name, value);
     return settings;
 }
 
@@ -73,10 +78,17 @@ ZemDemo::RelaySettings relaySettingsOf(const ZemDemo::RunnerOptions& options)
 // keep a test from running (the same checks the tests make before they drive the hardware).
 void appendRunProblems(ZemTree::Node* root, const ZemDemo::RunnerOptions& options, std::vector<std::string>& problems)
 {
+    // The wiring is judged against the test set a run would have: a unit bound to a channel it lacks is in error.
+    ZemDevice::HardwareManager hardware;
+    auto* container = dynamic_cast<ZemTree::UnitableStructureContainer*>(root);
+    if (container != nullptr)
+        container->setHardware(&hardware);
     for (const std::string& line : ZemDemo::findValueErrors(root))
         problems.push_back(line);
-    for (const std::string& line : ZemDemo::findSettingProblems(root, relaySettingsOf(options), false))
+    for (const std::string& line : ZemDemo::findSettingProblems(root, relaySettingsOf(options, root), false))
         problems.push_back(line);
+    if (container != nullptr)
+        container->setHardware(nullptr);
 }
 
 int checkOnly(const ZemDemo::RunnerOptions& options)
@@ -217,9 +229,8 @@ int run(const ZemDemo::RunnerOptions& options)
         }
     }
 
-    // The relay outlives the tree, whose tests hold its hardware.
-    ZemDemo::SimulatedRelayUnderTest relay(relaySettingsOf(options));
-
+    // The relay outlives the tree, whose tests hold its hardware; it is set from the tree once that is loaded.
+    std::unique_ptr<ZemDemo::SimulatedRelayUnderTest> relay;
     std::unique_ptr<ZemTree::Node> root;
     std::string outputPath = options.outputPath;
     const std::string templateFolder = options.isNew ? options.templateFolder
@@ -257,9 +268,16 @@ int run(const ZemDemo::RunnerOptions& options)
         return exitError;
     if (!applyOverrides(tests, options))
         return exitError;
-    ZemDemo::attachRelay(root.get(), relay);
+    try {
+        relay = std::make_unique<ZemDemo::SimulatedRelayUnderTest>(relaySettingsOf(options, root.get()));
+    }
+    catch (const std::logic_error& error) {
+        printError(std::string("the relay cannot be set so: ") + error.what());
+        return exitError;
+    }
+    ZemDemo::attachRelay(root.get(), *relay);
     // Each such test refuses to run; the user hears why before the run starts.
-    for (const std::string& problem : ZemDemo::findSettingProblems(tests, relay.getSettings()))
+    for (const std::string& problem : ZemDemo::findSettingProblems(tests, relay->getSettings()))
         printError("refused: " + problem);
 
     std::cout << "running " << tests.size() << " test(s)" << std::endl;

@@ -214,7 +214,7 @@ TEST(DemoRelayQueue, PreciseRelayPassesEveryTestWithTheCurveTimes)
     const std::vector<Zem::Point> reach = zone->_items.begin()->second.getPointCollection();
     const std::vector<double> angles{0.0, 45.0, 75.0, 105.0, 180.0, 270.0};
     ASSERT_EQ(reach.size(), angles.size());
-    const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(10.0, 10.0);
+    const std::vector<Zem::Point> polygon = RelayLogic::zonePolygon(10.0, 10.0, 75.0);
     for (std::size_t i = 0; i < reach.size(); ++i) {
         SCOPED_TRACE(angles[i]);
         // Six halvings of the search between half and one and a half times the reach leave a sixty-fourth.

@@ -84,7 +84,9 @@ std::string elementAt(const std::string& text, std::size_t start)
 // The sample's pickup test element, the first with its key.
 std::string pickupElement(const std::string& project)
 {
-    const std::size_t start = project.find("<Node Id=\"Pickup\" ");
+    // The test, not the protection's setting of the same name before it.
+    const std::size_t tests = project.find("<Node Id=\"Tests\"");
+    const std::size_t start = tests == std::string::npos ? tests : project.find("<Node Id=\"Pickup\" ", tests);
     return start == std::string::npos ? std::string() : elementAt(project, start);
 }
 

@@ -120,6 +120,10 @@ TEST(RunnerTest, RefusesBadCommandLinesAndFilesWithOneLineAndCodeTwo)
         {"--new", "--seed", "x12"},
         {"--new", "--seed"},
         {"--new", "--curve", "steep"},
+        {"--new", "--relay-set", "overcurrent.curve=steep"},
+        {"--new", "--relay-set", "overcurrent.reach=1"},
+        {"--new", "--relay-set", "distance.reachR=far"},
+        {"--new", "--relay-set", "contacts.delay"},
         {"--new", "--lang", "de"},
         {"--new", "--time-scale", "0"},
         {},
@@ -157,7 +161,7 @@ TEST(RunnerTest, HelpNamesEveryOptionAndTheExitCodes)
     TempFolder folder;
     const RunnerOutcome outcome = runRunner({"--help"}, folder.path());
     EXPECT_EQ(0, outcome.exitCode);
-    for (const char* option : {"--new", "--templates", "--test", "--seed", "--curve", "--time-scale", "--output",
+    for (const char* option : {"--new", "--templates", "--test", "--seed", "--curve", "--relay-set", "--time-scale", "--output",
                                "--report", "--xsl", "--lang", "--check", "--help", "exit codes"}) {
         SCOPED_TRACE(option);
         EXPECT_NE(std::string::npos, outcome.out.find(option));
