@@ -1,7 +1,6 @@
 #include "collections/NotifyUniquePtrCollectionStructure.h"
 
 #include <benchmark/benchmark.h>
-
 #include <memory>
 
 namespace {

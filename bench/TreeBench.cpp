@@ -14,9 +14,9 @@
 #include "core/common/ConvertionHelper.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/IRootContainer.h"
+#include "core/tree/Measures.h"
 #include "core/tree/NodeFactory.h"
 #include "core/tree/NodeTemplateActivatorCollection.h"
-#include "core/tree/Measures.h"
 #include "core/tree/RangeStructure.h"
 #include "core/tree/Tolerance.h"
 #include "core/tree/ToleranceItem.h"
@@ -26,20 +26,20 @@
 #include "results/ResultMultiGraphUnit.h"
 #include "results/ResultMultiNumericUnit.h"
 #include "results/ResultMultiStringUnit.h"
-#include "values/NumericUnit.h"
 #include "results/StringSettingAssessment.h"
 #include "results/graph/GraphTimeManager.h"
 #include "results/graph/ResultMultiGraph.h"
+#include "values/NumericUnit.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cmath>
-#include <algorithm>
 #include <filesystem>
+#include <malloc.h>
 #include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <malloc.h>
 #include <unistd.h>
 
 namespace {
@@ -96,9 +96,12 @@ protected:
     void _fillTemplate() override
     {
         ZemTree::TestContainer::_fillTemplate();
-        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Current", ZemTree::LocalString("Current"), ZemTree::LocalString::Empty(), 5.0));
-        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Time", ZemTree::LocalString("Time"), ZemTree::LocalString::Empty(), 0.3));
-        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Angle", ZemTree::LocalString("Angle"), ZemTree::LocalString::Empty(), 60.0));
+        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Current", ZemTree::LocalString("Current"),
+                                                                  ZemTree::LocalString::Empty(), 5.0));
+        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Time", ZemTree::LocalString("Time"),
+                                                                  ZemTree::LocalString::Empty(), 0.3));
+        getSettings()->add(std::make_unique<ZemTree::NumericUnit>("Angle", ZemTree::LocalString("Angle"),
+                                                                  ZemTree::LocalString::Empty(), 60.0));
         pickup = getResults()->add(std::make_unique<ZemTree::ResultMultiNumericUnit>(
             "Pickup", ZemTree::LocalString("Pickup"), ZemTree::LocalString::Empty(), nullptr,
             ZemTree::Measures::Ampere()));

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "collections/CollectionTexts.h"
 #include "collections/ICollection.h"
 #include "collections/INotifyCollectionChanged.h"
-#include "collections/CollectionTexts.h"
 
 #include <sigc++/trackable.h>
 

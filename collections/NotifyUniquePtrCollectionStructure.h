@@ -11,7 +11,8 @@ namespace ZemTree {
 
 // An owning collection that also listens to its items: adding or removing an item, or a change inside one,
 // reaches observers as one structure signal. The list is the fact, the signal only a wake-up.
-template <class T> class NotifyUniquePtrCollectionStructure : public Zem::NotifyUniquePtrCollection<T>, public IStructureChanged {
+template <class T>
+class NotifyUniquePtrCollectionStructure : public Zem::NotifyUniquePtrCollection<T>, public IStructureChanged {
 public:
     NotifyUniquePtrCollectionStructure() = default;
     ~NotifyUniquePtrCollectionStructure() override

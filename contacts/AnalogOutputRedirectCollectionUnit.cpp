@@ -14,8 +14,8 @@
 
 #include <cmath>
 #include <set>
-#include <string>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace ZemTree {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "contacts/AnalogOutputRedirectCollection.h"
-#include "core/tree/HardwareContainerRootWatcher.h"
 #include "core/common/Out.h"
 #include "core/common/XmlInclude.h"
+#include "core/tree/HardwareContainerRootWatcher.h"
 #include "core/tree/IHardwareContainer.h"
 #include "core/tree/LocalString.h"
 #include "values/Unit.h"

@@ -4,9 +4,7 @@ namespace ZemTree {
 
 Contact::Contact(int number, bool isNormalOpen) : _number(number), _isNormalOpen(isNormalOpen) {}
 
-Contact::Contact(const std::string& path, bool isNormalOpen) : _number(1), _isNormalOpen(isNormalOpen), _path(path)
-{
-}
+Contact::Contact(const std::string& path, bool isNormalOpen) : _number(1), _isNormalOpen(isNormalOpen), _path(path) {}
 
 Contact::Contact(const Contact& other)
     : IStructureChanged(), _number(other._number), _isNormalOpen(other._isNormalOpen), _path(other._path)

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "contacts/ContactCollection.h"
-#include "core/tree/HardwareContainerRootWatcher.h"
 #include "core/common/Out.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/EnumLimiter.h"
+#include "core/tree/HardwareContainerRootWatcher.h"
 #include "core/tree/IHardwareContainer.h"
 #include "core/tree/LocalString.h"
 #include "values/EnumLimitedUnit.h"

@@ -20,8 +20,7 @@ namespace ZemTree {
 class ContactElement : public Contact {
 public:
     ContactElement(int number, bool isNormalOpen, const std::string& mode, double start, double finish);
-    ContactElement(const std::string& path, bool isNormalOpen, const std::string& mode, double start,
-                   double finish);
+    ContactElement(const std::string& path, bool isNormalOpen, const std::string& mode, double start, double finish);
     ContactElement(const ContactElement& other) = default;
     ContactElement& operator=(const ContactElement& other) = default;
 

@@ -264,8 +264,8 @@ void ProjectFile::_keepOtherRoots(const Node& root, const std::vector<xmlpp::Ele
         if (copy == nullptr)
             throw std::runtime_error("Out of memory while keeping the root node '" + name + "'");
         _keptAfterRoot.emplace_back(copy, xmlFreeNode);
-        _problems.push_back(oneLine(name + ": a second root node; it is kept unread and saved as it was after '"
-                                    + root.getId() + "'"));
+        _problems.push_back(
+            oneLine(name + ": a second root node; it is kept unread and saved as it was after '" + root.getId() + "'"));
     }
 }
 

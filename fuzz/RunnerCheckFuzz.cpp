@@ -3,15 +3,14 @@
 // names it, and every problem of a file that loads is one line that begins with the path of its node. A broken
 // promise stops the run with a trap.
 
-#include "runner/ProjectCheck.h"
 #include "relay/DemoRelay.h"
-
-#include <unistd.h>
+#include "runner/ProjectCheck.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <string>
+#include <unistd.h>
 
 namespace {
 

@@ -14,8 +14,7 @@ class DisplayXmlParameters;
 // "true" or "false"; the report element carries the flag as `Value` in the report's language.
 class BooleanUnit : public Unit<bool> {
 public:
-    BooleanUnit(const std::string& id, const LocalString& description, const LocalString& secondText,
-                bool defaultData);
+    BooleanUnit(const std::string& id, const LocalString& description, const LocalString& secondText, bool defaultData);
     explicit BooleanUnit(const std::string& id);
     BooleanUnit();
 

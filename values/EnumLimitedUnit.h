@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/common/ScopedConnection.h"
 #include "core/tree/EnumLimiter.h"
 #include "core/tree/LocalString.h"
 #include "core/tree/Node.h"
-#include "core/common/ScopedConnection.h"
 #include "values/Unit.h"
 
 #include <sigc++/connection.h>
@@ -39,7 +39,6 @@ public:
     {
         _externalLimiterHolder = std::move(limiter);
     }
-
 
     bool hasExternalLimiter() const { return _externalLimiter != nullptr; }
 

@@ -99,8 +99,7 @@ std::unique_ptr<Zem::Out<double>> NumericUnit::_coerceValueOut(std::unique_ptr<Z
         return out;
     const std::string low = _minimum ? formatNumber(_minimum.getValue(), 15) : std::string("-∞");
     const std::string high = _maximum ? formatNumber(_maximum.getValue(), 15) : std::string("∞");
-    out->error = std::make_shared<OutOfRangeError>(formatNumber(value, 15) + " is outside [" + low + "; " + high
-                                                   + "]");
+    out->error = std::make_shared<OutOfRangeError>(formatNumber(value, 15) + " is outside [" + low + "; " + high + "]");
     return out;
 }
 

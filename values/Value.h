@@ -31,12 +31,16 @@ class Node;
 
 // Data types whose objects announce changes inside them: a shared pointer to an IStructureChanged. A value
 // follows such an object, so that an edit in place reaches its listeners like a new object would.
-template <class T> struct IsStructureChangedData : std::false_type {};
-template <class U> struct IsStructureChangedData<std::shared_ptr<U>> : std::is_base_of<IStructureChanged, U> {};
+template <class T> struct IsStructureChangedData : std::false_type {
+};
+template <class U> struct IsStructureChangedData<std::shared_ptr<U>> : std::is_base_of<IStructureChanged, U> {
+};
 
 // Data types with an empty state (a null pointer), which a value replaces by its default data.
-template <class T> struct IsNullableData : std::is_pointer<T> {};
-template <class U> struct IsNullableData<std::shared_ptr<U>> : std::true_type {};
+template <class T> struct IsNullableData : std::is_pointer<T> {
+};
+template <class U> struct IsNullableData<std::shared_ptr<U>> : std::true_type {
+};
 
 // A typed cell that takes its content either from stored data or from a formula. What was set (the data, the
 // formula text, the source flag) lives in a replaceable store; what is seen is the value out, a computed value

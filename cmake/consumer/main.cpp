@@ -1,5 +1,4 @@
 #include <ZemTreeRelay/ZemTreeRelay.h>
-
 #include <iostream>
 
 int main()

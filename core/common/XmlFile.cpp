@@ -234,7 +234,7 @@ bool XmlFile::hasDocumentTypeDefinition(const std::string& contents)
                 else if (c == '>') {
                     const std::string declaration = contents.substr(position, i - position);
                     return declaration.find("SYSTEM") != std::string::npos
-                        || declaration.find("PUBLIC") != std::string::npos;
+                           || declaration.find("PUBLIC") != std::string::npos;
                 }
             }
             // An unterminated declaration is broken XML anyway; it is refused all the same.
@@ -246,16 +246,15 @@ bool XmlFile::hasDocumentTypeDefinition(const std::string& contents)
     }
 }
 
-void XmlFile::parse(const std::string& path, xmlpp::DomParser& parser, const std::string& what,
-                    std::uintmax_t maxSize)
+void XmlFile::parse(const std::string& path, xmlpp::DomParser& parser, const std::string& what, std::uintmax_t maxSize)
 {
     const std::string contents = readWholeFile(path, what, maxSize);
     const std::string name = "The " + what + " '" + path + "'";
     if (contents.empty())
         throw std::runtime_error(name + " is not well-formed XML: the file is empty");
     if (hasDocumentTypeDefinition(contents))
-        throw std::runtime_error(name + " is refused: it carries a document type declaration (DTD), which a "
-                                 + what + " never has");
+        throw std::runtime_error(name + " is refused: it carries a document type declaration (DTD), which a " + what
+                                 + " never has");
 
     parser.set_parser_options(XML_PARSE_NONET, XML_PARSE_NOENT | XML_PARSE_DTDLOAD | XML_PARSE_DTDVALID
                                                    | XML_PARSE_DTDATTR | XML_PARSE_XINCLUDE | XML_PARSE_HUGE);

@@ -36,8 +36,8 @@ public:
     // Reads the template file and lets `node` read its structure from it with `mode`. The file is parsed without
     // DTD, entity substitution or network access. The parsed file is kept for the next fill while the file's
     // size and modification time stay the same, so that a project of many alike tests reads it once. Like all
-    // reading of trees, filling belongs to one thread at a time. A null node, a missing, unreadable or malformed file, or a
-    // document that is no template is added to `mode.problems` and gives false with the node untouched; what the
+    // reading of trees, filling belongs to one thread at a time. A null node, a missing, unreadable or malformed file,
+    // or a document that is no template is added to `mode.problems` and gives false with the node untouched; what the
     // node itself meets while reading goes to the same list, and an exception it throws ends the reading with
     // false. True when the node has read the template.
     bool fill(Node* node, const SerializationMode& mode) const;

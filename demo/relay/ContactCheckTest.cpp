@@ -7,10 +7,10 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "relay/RelayLogic.h"
-#include "values/NumericUnit.h"
 #include "results/ResultMultiString.h"
 #include "results/ResultMultiStringUnit.h"
 #include "results/StringSettingAssessment.h"
+#include "values/NumericUnit.h"
 
 #include <algorithm>
 #include <cmath>
@@ -111,8 +111,7 @@ void ContactCheckTest::_execute(SimulatedRelayUnderTest& relay)
             const std::string key = state ? localText("Close", "Замыкание") : localText("Open", "Размыкание");
             checks[key].push_back(isFollowed ? localText(Follows, "повторяет")
                                              : localText(DoesNotFollow, "не повторяет"));
-            _report(key + " " + std::to_string(repetition)
-                    + localText(": the contact ", ": контакт ")
+            _report(key + " " + std::to_string(repetition) + localText(": the contact ", ": контакт ")
                     + (isFollowed ? localText(Follows, "повторяет") : localText(DoesNotFollow, "не повторяет")));
             _onPointMeasured();
         }

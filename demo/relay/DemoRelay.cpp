@@ -26,7 +26,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
-
 #include <filesystem>
 #include <stdexcept>
 
@@ -111,8 +110,9 @@ std::unique_ptr<ZemTree::Node> buildSampleProject()
                                    "Distance", LocalString::create("Distance protection", "Дистанционная защита")));
     addFilled(distance->getTests(),
               std::make_unique<ImpedanceZoneTest>("Zone1", LocalString::create("Zone 1 reach", "Граница зоны 1")));
-    ProtectionContainer* const contacts = addFilled(
-        root->getContainers(), std::make_unique<ContactsProtection>("Contacts", LocalString::create("Contacts", "Контакты")));
+    ProtectionContainer* const contacts =
+        addFilled(root->getContainers(),
+                  std::make_unique<ContactsProtection>("Contacts", LocalString::create("Contacts", "Контакты")));
     addFilled(contacts->getTests(),
               std::make_unique<ContactCheckTest>("Follower", LocalString::create("Follower contact", "Повторитель")));
     root->setIsEvaluated(true);
@@ -172,12 +172,10 @@ std::string overrideRelaySetting(RelaySettings& settings, const std::string& nam
         settings.curve = value;
         return {};
     }
-    const std::pair<const char*, double*> numbers[] = {{"overcurrent.pickup", &settings.pickup},
-                                                       {"overcurrent.timemultiplier", &settings.timeMultiplier},
-                                                       {"distance.reachr", &settings.zoneR},
-                                                       {"distance.reachx", &settings.zoneX},
-                                                       {"distance.lineangle", &settings.lineAngle},
-                                                       {"contacts.delay", &settings.followerDelay}};
+    const std::pair<const char*, double*> numbers[] = {
+        {"overcurrent.pickup", &settings.pickup},    {"overcurrent.timemultiplier", &settings.timeMultiplier},
+        {"distance.reachr", &settings.zoneR},        {"distance.reachx", &settings.zoneX},
+        {"distance.lineangle", &settings.lineAngle}, {"contacts.delay", &settings.followerDelay}};
     for (const auto& [known, target] : numbers) {
         if (key != known)
             continue;

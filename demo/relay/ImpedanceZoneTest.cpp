@@ -9,10 +9,10 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "relay/RelayLogic.h"
-#include "values/NumericUnit.h"
 #include "results/ResultMultiGraphUnit.h"
 #include "results/graph/GraphZPhiManager.h"
 #include "results/graph/ResultMultiGraph.h"
+#include "values/NumericUnit.h"
 
 #include <cmath>
 #include <map>
@@ -166,7 +166,8 @@ void ImpedanceZoneTest::_execute(SimulatedRelayUnderTest& relay)
         std::vector<Zem::PointF> inner = scaled(polygon, 1.0 - _runTolerance / 100.0);
         manager->setSettingsFigures(outer, Zem::Color::Red(), inner, Zem::Color::Orange());
         _reachResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
-            std::map<std::string, std::vector<Zem::Point>>{{localText("Zone 1 reach", "Граница зоны 1"), points}}, manager));
+            std::map<std::string, std::vector<Zem::Point>>{{localText("Zone 1 reach", "Граница зоны 1"), points}},
+            manager));
     });
     for (const double angle : _runAngles) {
         const double reach = RelayLogic::rayReach(polygon, angle);

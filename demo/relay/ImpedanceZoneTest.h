@@ -3,7 +3,6 @@
 #include "relay/RelayTestBase.h"
 
 #include <string>
-
 #include <vector>
 
 namespace ZemTree {

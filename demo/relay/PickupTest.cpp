@@ -9,10 +9,10 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "relay/RelayLogic.h"
-#include "values/NumericUnit.h"
 #include "results/NumericSettingAssessment.h"
 #include "results/ResultMultiNumeric.h"
 #include "results/ResultMultiNumericUnit.h"
+#include "values/NumericUnit.h"
 
 #include <cmath>
 #include <map>
@@ -86,7 +86,8 @@ void PickupTest::_checkOwnSettings(const RelaySettings&, std::vector<std::string
     const double rampStart = _settingValue(_rampStart);
     const double rampEnd = _settingValue(_rampEnd);
     if (!(_settingValue(_pickup) > 0.0))
-        problems.push_back(localText("Setting Pickup is ", "Уставка Pickup равна ") + shortNumber(_settingValue(_pickup))
+        problems.push_back(localText("Setting Pickup is ", "Уставка Pickup равна ")
+                           + shortNumber(_settingValue(_pickup))
                            + localText(" A; it must be above 0 A", " А; она должна быть больше 0 А"));
     if (!(tolerance >= 0.0 && tolerance <= 100.0))
         problems.push_back(localText("Setting Tolerance is ", "Уставка Tolerance равна ") + shortNumber(tolerance)

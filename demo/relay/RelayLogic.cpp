@@ -1,10 +1,10 @@
 #include "relay/RelayLogic.h"
 
+#include "core/common/ThreadHelper.h"
 #include "core/device/HardwareManager.h"
 #include "core/device/HardwareVirtualChannels.h"
 #include "core/device/IVirtualAnalogOutputGroup.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
-#include "core/common/ThreadHelper.h"
 #include "core/device/IVirtualBinaryOutputChannel.h"
 #include "relay/DemoRelay.h"
 
@@ -65,8 +65,8 @@ template <class T> T* findChannel(ZemDevice::HardwareManager& hardware, const ch
 
 RelayLogic::RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings& settings)
     : _curve(settings.curve), _pickup(settings.pickup), _timeMultiplier(settings.timeMultiplier),
-      _zoneR(settings.zoneR), _zoneX(settings.zoneX), _lineAngle(settings.lineAngle), _seed(settings.seed), _noise(settings.noise),
-      _timeScale(settings.timeScale)
+      _zoneR(settings.zoneR), _zoneX(settings.zoneX), _lineAngle(settings.lineAngle), _seed(settings.seed),
+      _noise(settings.noise), _timeScale(settings.timeScale)
 {
     findCurve(_curve);
     const auto isPositive = [](double value) { return std::isfinite(value) && value > 0.0; };
@@ -76,8 +76,8 @@ RelayLogic::RelayLogic(ZemDevice::HardwareManager& hardware, const RelaySettings
         throw std::logic_error("Relay settings out of range: pickup, time multiplier, zone reach and time scale must "
                                "be positive, the line angle in [1;90] degrees, the noise in [0;1), the follower's "
                                "delay in [0;3600] s");
-    _followerDelay = std::chrono::duration_cast<Clock::duration>(
-        std::chrono::duration<double>(settings.followerDelay * _timeScale));
+    _followerDelay =
+        std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(settings.followerDelay * _timeScale));
 
     _currents = findChannel<ZemDevice::IVirtualAnalogOutputGroup>(hardware, CurrentGroupPath);
     _voltages = findChannel<ZemDevice::IVirtualAnalogOutputGroup>(hardware, VoltageGroupPath);

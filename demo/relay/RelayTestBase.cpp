@@ -1,13 +1,13 @@
 #include "relay/RelayTestBase.h"
 
-#include "containers/ParametersContainer.h"
-#include "containers/SettingsContainer.h"
 #include "contacts/AnalogOutputRedirectCollection.h"
 #include "contacts/AnalogOutputRedirectCollectionUnit.h"
 #include "contacts/AnalogOutputTarget.h"
 #include "contacts/Contact.h"
 #include "contacts/HardwareInContactUnit.h"
 #include "contacts/HardwareOutContactUnit.h"
+#include "containers/ParametersContainer.h"
+#include "containers/SettingsContainer.h"
 #include "core/common/XmlInclude.h"
 #include "core/device/IVirtualBinaryInputChannel.h"
 #include "core/tree/IHardwareContainer.h"
@@ -17,12 +17,11 @@
 #include "values/NumericUnit.h"
 #include "values/Value.h"
 
-#include <signal.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <signal.h>
 #include <stdexcept>
 
 namespace ZemDemo {
@@ -287,10 +286,11 @@ void RelayTestBase::_stopAndJoin()
         _worker.join();
 }
 
-ZemTree::NumericUnit* RelayTestBase::_addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
-                                        ZemTree::Measure* measure)
+ZemTree::NumericUnit* RelayTestBase::_addSetting(const std::string& id, const ZemTree::LocalString& description,
+                                                 double value, ZemTree::Measure* measure)
 {
-    return getSettings()->add(std::make_unique<ZemTree::NumericUnit>(id, description, ZemTree::LocalString::Empty(), value, measure));
+    return getSettings()->add(
+        std::make_unique<ZemTree::NumericUnit>(id, description, ZemTree::LocalString::Empty(), value, measure));
 }
 
 ZemTree::NumericUnit* RelayTestBase::_addLinkedSetting(const std::string& id, const ZemTree::LocalString& description,
@@ -335,16 +335,16 @@ ZemTree::ContactUnit* RelayTestBase::_addInputContact(const std::string& id, con
                                                       const std::string& path)
 {
     return wiredTo(getParameters()->add(std::make_unique<ZemTree::HardwareInContactUnit>(
-                      id, description, ZemTree::LocalString::Empty(), nullptr)),
-                  path);
+                       id, description, ZemTree::LocalString::Empty(), nullptr)),
+                   path);
 }
 
 ZemTree::ContactUnit* RelayTestBase::_addOutputContact(const std::string& id, const ZemTree::LocalString& description,
                                                        const std::string& path)
 {
     return wiredTo(getParameters()->add(std::make_unique<ZemTree::HardwareOutContactUnit>(
-                      id, description, ZemTree::LocalString::Empty(), nullptr)),
-                  path);
+                       id, description, ZemTree::LocalString::Empty(), nullptr)),
+                   path);
 }
 
 ZemTree::AnalogOutputRedirectCollectionUnit* RelayTestBase::_addAnalogOutputs(const std::vector<std::string>& paths)

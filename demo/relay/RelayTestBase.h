@@ -100,7 +100,7 @@ protected:
 
     // Adds a setting to the test's `Settings` section; only while the template is filled.
     ZemTree::NumericUnit* _addSetting(const std::string& id, const ZemTree::LocalString& description, double value,
-                             ZemTree::Measure* measure);
+                                      ZemTree::Measure* measure);
     // A setting whose default is a formula over the test object: `setting` is a path below the protection's
     // `Settings`, so the setting follows the relay's own value of the protection that holds the test.
     ZemTree::NumericUnit* _addLinkedSetting(const std::string& id, const ZemTree::LocalString& description,

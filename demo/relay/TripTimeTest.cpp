@@ -12,10 +12,10 @@
 #include "relay/DemoRelay.h"
 #include "relay/DemoRelayCommon.h"
 #include "relay/RelayLogic.h"
-#include "values/NumericUnit.h"
 #include "results/ResultMultiGraphUnit.h"
 #include "results/graph/GraphTimeManager.h"
 #include "results/graph/ResultMultiGraph.h"
+#include "values/NumericUnit.h"
 
 #include <cmath>
 #include <map>
@@ -166,7 +166,8 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
             Zem::Nullable<ZemTree::RangeStructure>(ZemTree::RangeStructure::Standart(-_runTolerance, _runTolerance)),
             Zem::Nullable<ZemTree::RangeStructure>(
                 ZemTree::RangeStructure::Standart(-_runAbsoluteTolerance, _runAbsoluteTolerance))));
-        auto manager = std::make_shared<ZemTree::GraphTimeManager>(localText("Current", "Ток"), ZemTree::Measures::Ampere(), tolerance);
+        auto manager = std::make_shared<ZemTree::GraphTimeManager>(localText("Current", "Ток"),
+                                                                   ZemTree::Measures::Ampere(), tolerance);
         manager->setFormula(RelayLogic::curveFormula(_runCurve));
         manager->setIOperate(_runPickup);
         manager->setTOperate(_runTimeMultiplier);
@@ -182,7 +183,8 @@ void TripTimeTest::_execute(SimulatedRelayUnderTest& relay)
         }
         manager->setSettingsFigures(up, Zem::Color::Red(), down, Zem::Color::Orange());
         _tripTimeResult->setData(std::make_shared<ZemTree::ResultMultiGraph>(
-            std::map<std::string, std::vector<Zem::Point>>{{localText("Phases A, B, C", "Фазы A, B, C"), points}}, manager));
+            std::map<std::string, std::vector<Zem::Point>>{{localText("Phases A, B, C", "Фазы A, B, C"), points}},
+            manager));
     });
     for (const double multiple : _runMultiples) {
         currents->setPhasors(balanced(0.0));

@@ -1,13 +1,12 @@
 #include "runner/DeferredSignals.h"
 
-#include <signal.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
+#include <signal.h>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 namespace ZemDemo {

@@ -1,14 +1,13 @@
 #include "runner/HtmlReport.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
+#include <spawn.h>
+#include <sys/wait.h>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 extern char** environ;
@@ -92,7 +91,7 @@ std::string HtmlReport::findStylesheet(const std::string& explicitPath)
 HtmlReport::Outcome HtmlReport::render(const std::string& stylesheet, const std::string& reportPath,
                                        const std::string& htmlPath, const std::string& language, std::string& error)
 {
-    std::vector<std::string> arguments = {"xsltproc", "--nonet", "--stringparam", "lang", language,
+    std::vector<std::string> arguments = {"xsltproc", "--nonet", "--stringparam", "lang",    language,
                                           "-o",       htmlPath,  stylesheet,      reportPath};
     std::vector<char*> argv;
     for (std::string& argument : arguments)

@@ -1,9 +1,8 @@
 #include "runner/InterruptFlag.h"
 
+#include <atomic>
 #include <signal.h>
 #include <unistd.h>
-
-#include <atomic>
 
 namespace ZemDemo {
 

@@ -1,10 +1,9 @@
 #include "runner/RunProgress.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <ostream>
+#include <sys/ioctl.h>
+#include <unistd.h>
 #include <utility>
 
 namespace ZemDemo {
@@ -128,9 +127,8 @@ void RunProgress::_print(const Event& event)
         _failed += verdict == TestVerdict::Failed ? 1 : 0;
         _unfinished += verdict == TestVerdict::Unfinished ? 1 : 0;
         _clearStatus();
-        _out << "test " << _finished << "/" << _testCount << " " << verdictText(verdict) << ": " << event.text
-             << " (" << countersText(event.counters) << "); so far passed " << _passed << ", failed " << _failed
-             << '\n';
+        _out << "test " << _finished << "/" << _testCount << " " << verdictText(verdict) << ": " << event.text << " ("
+             << countersText(event.counters) << "); so far passed " << _passed << ", failed " << _failed << '\n';
         break;
     }
     case Event::Kind::RunFinished:

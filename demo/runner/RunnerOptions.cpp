@@ -80,9 +80,9 @@ std::string parseRunnerOptions(const std::vector<std::string>& arguments, Runner
             options.projectPath = arguments[++i];
             continue;
         }
-        static const char* const valued[] = {"--templates", "--test", "--seed", "--curve", "--time-scale", "--output",
-                                             "--report",    "--xsl",  "--lang", "--check", "--set",
-                                             "--relay-set"};
+        static const char* const valued[] = {"--templates",  "--test",   "--seed",   "--curve",
+                                             "--time-scale", "--output", "--report", "--xsl",
+                                             "--lang",       "--check",  "--set",    "--relay-set"};
         bool isKnown = false;
         for (const char* known : valued)
             isKnown = isKnown || name == known;
@@ -187,7 +187,8 @@ std::string runnerUsage()
            "  --check FILE        only load FILE and list its problems on stderr, one per line; run nothing\n"
            "  -h, --help          show this text\n"
            "\n"
-           "Every option but --test, --set and --relay-set may be given once. Before the run each chosen test's settings are\n"
+           "Every option but --test, --set and --relay-set may be given once. Before the run each chosen test's "
+           "settings are\n"
            "checked (values in error, numbers that are not finite, ramps and waits beyond their limits); a test that\n"
            "fails them is refused, with one line on stderr, and does not drive the relay. --check runs the same\n"
            "checks.\n"

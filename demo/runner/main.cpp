@@ -2,6 +2,13 @@
 // through the test queue with a live progress display, saves the project and writes its report as XML, pictures
 // and HTML. `zemtree-run --help` tells the options and the exit codes.
 
+#include "containers/ProjectFile.h"
+#include "containers/TestableContainer.h"
+#include "containers/UnitableStructureContainer.h"
+#include "core/tree/Node.h"
+#include "core/tree/TreeLocalization.h"
+#include "evaluation/ITestContainer.h"
+#include "evaluation/TestQueueEvaluator.h"
 #include "relay/DemoRelay.h"
 #include "relay/RelayTestBase.h"
 #include "runner/DeferredSignals.h"
@@ -10,15 +17,6 @@
 #include "runner/ProjectCheck.h"
 #include "runner/RunProgress.h"
 #include "runner/RunnerOptions.h"
-#include "containers/ProjectFile.h"
-#include "containers/TestableContainer.h"
-#include "containers/UnitableStructureContainer.h"
-#include "core/tree/Node.h"
-#include "core/tree/TreeLocalization.h"
-#include "evaluation/ITestContainer.h"
-#include "evaluation/TestQueueEvaluator.h"
-
-#include <unistd.h>
 
 #include <chrono>
 #include <exception>
@@ -27,6 +25,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -233,8 +232,8 @@ int run(const ZemDemo::RunnerOptions& options)
     std::unique_ptr<ZemDemo::SimulatedRelayUnderTest> relay;
     std::unique_ptr<ZemTree::Node> root;
     std::string outputPath = options.outputPath;
-    const std::string templateFolder = options.isNew ? options.templateFolder
-                                                     : templateFolderOf(options, options.projectPath);
+    const std::string templateFolder =
+        options.isNew ? options.templateFolder : templateFolderOf(options, options.projectPath);
     ZemTree::ProjectFile file(templateFolder);
     if (options.isNew) {
         root = ZemDemo::buildSampleProject();
@@ -312,8 +311,7 @@ int run(const ZemDemo::RunnerOptions& options)
     }
     const std::string htmlPath = (fs::path(options.reportFolder) / "report.html").string();
     std::string error;
-    switch (ZemDemo::HtmlReport::render(stylesheet, reportPath, htmlPath,
-                                               options.language == 1 ? "ru" : "en", error)) {
+    switch (ZemDemo::HtmlReport::render(stylesheet, reportPath, htmlPath, options.language == 1 ? "ru" : "en", error)) {
     case ZemDemo::HtmlReport::Outcome::Written:
         std::cout << "report HTML: " << htmlPath << std::endl;
         break;
@@ -334,7 +332,8 @@ int main(int argc, char** argv)
 {
     try {
         ZemDemo::RunnerOptions options;
-        const std::string refusal = ZemDemo::parseRunnerOptions(std::vector<std::string>(argv + 1, argv + argc), options);
+        const std::string refusal =
+            ZemDemo::parseRunnerOptions(std::vector<std::string>(argv + 1, argv + argc), options);
         if (!refusal.empty()) {
             printError(refusal);
             return exitError;

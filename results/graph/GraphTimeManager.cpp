@@ -10,12 +10,12 @@
 #include "core/tree/Tolerance.h"
 #include "core/tree/ToleranceHelper.h"
 #include "core/tree/ToleranceReduced.h"
+#include "core/tree/TreeLocalization.h"
 #include "localisation/TreeRelay.h"
 #include "results/NumericSettingAssessment.h"
 #include "results/graph/GraphDataHeader.h"
 #include "results/graph/GraphDataRecord.h"
 #include "results/graph/GraphDataTable.h"
-#include "core/tree/TreeLocalization.h"
 #include "results/graph/GraphManagerHelper.h"
 
 #include <limits>

@@ -6,11 +6,11 @@
 #include "core/common/XmlInclude.h"
 #include "core/tree/LocalString.h"
 #include "core/tree/Measures.h"
+#include "core/tree/TreeLocalization.h"
 #include "results/NumericFixedAssessment.h"
 #include "results/graph/GraphDataHeader.h"
 #include "results/graph/GraphDataRecord.h"
 #include "results/graph/GraphDataTable.h"
-#include "core/tree/TreeLocalization.h"
 #include "results/graph/GraphManagerHelper.h"
 
 #include <cmath>

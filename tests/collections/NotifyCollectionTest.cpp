@@ -1,9 +1,9 @@
 #include "collections/NotifyCollection.h"
+
 #include "core/tree/TreeLocalization.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
@@ -80,7 +80,8 @@ TEST_F(NotifyCollectionTest, RemoveRunsHooksSignalThenPostRemoved)
     collection.add(&b);
     collection.log.clear();
     collection.remove(&a);
-    const std::vector<std::string> expected = {"removing 1 0", "removed 1 0", "signal Removed 1 0 0", "postRemoved 1 0"};
+    const std::vector<std::string> expected = {"removing 1 0", "removed 1 0", "signal Removed 1 0 0",
+                                               "postRemoved 1 0"};
     EXPECT_EQ(collection.log, expected);
     EXPECT_EQ(collection.getIndexOf(&a), -1);
     EXPECT_EQ(collection.getIndexOf(&b), 0);
@@ -96,12 +97,10 @@ TEST_F(NotifyCollectionTest, ResetRemovesFromTheLastBetweenResetHooks)
     collection.add(&c);
     collection.log.clear();
     collection.reset();
-    const std::vector<std::string> expected = {
-        "reset",
-        "removing 3 2", "removed 3 2", "signal Removed 3 2 0", "postRemoved 3 2",
-        "removing 2 1", "removed 2 1", "signal Removed 2 1 0", "postRemoved 2 1",
-        "removing 1 0", "removed 1 0", "signal Removed 1 0 0", "postRemoved 1 0",
-        "postReset"};
+    const std::vector<std::string> expected = {"reset",           "removing 3 2", "removed 3 2", "signal Removed 3 2 0",
+                                               "postRemoved 3 2", "removing 2 1", "removed 2 1", "signal Removed 2 1 0",
+                                               "postRemoved 2 1", "removing 1 0", "removed 1 0", "signal Removed 1 0 0",
+                                               "postRemoved 1 0", "postReset"};
     EXPECT_EQ(collection.log, expected);
     EXPECT_TRUE(collection.empty());
 }

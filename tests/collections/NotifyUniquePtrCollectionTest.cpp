@@ -1,8 +1,8 @@
 #include "collections/NotifyUniquePtrCollection.h"
+
 #include "collections/NotifyUniquePtrCollectionStructure.h"
 
 #include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <vector>

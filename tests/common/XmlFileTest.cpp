@@ -1,25 +1,22 @@
 #include "core/common/XmlFile.h"
 
 #include "TemporaryFolder.h"
-
 #include "core/common/XmlInclude.h"
-
-#include <gtest/gtest.h>
-
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <gtest/gtest.h>
 #include <iterator>
+#include <signal.h>
 #include <stdexcept>
 #include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -199,16 +196,11 @@ TEST(XmlFileTest, RecognisesOnlyItsOwnTemporaryNames)
         const char* name;
         bool isOwn;
     } rows[] = {
-        {".p.xml.0123456789abcdef.tmp", true},
-        {".p.xml.0123456789ABCDEF.tmp", false},
-        {".p.xml.0123456789abcde.tmp", false},
-        {".p.xml.0123456789abcdefa.tmp", false},
-        {".p.xml.0123456789abcdeg.tmp", false},
-        {"p.xml.0123456789abcdef.tmp", false},
-        {".q.xml.0123456789abcdef.tmp", false},
-        {".p.xml.0123456789abcdef.tmp~", false},
-        {".p.xml-0123456789abcdef.tmp", false},
-        {".p.xml", false},
+        {".p.xml.0123456789abcdef.tmp", true},  {".p.xml.0123456789ABCDEF.tmp", false},
+        {".p.xml.0123456789abcde.tmp", false},  {".p.xml.0123456789abcdefa.tmp", false},
+        {".p.xml.0123456789abcdeg.tmp", false}, {"p.xml.0123456789abcdef.tmp", false},
+        {".q.xml.0123456789abcdef.tmp", false}, {".p.xml.0123456789abcdef.tmp~", false},
+        {".p.xml-0123456789abcdef.tmp", false}, {".p.xml", false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -227,8 +219,8 @@ TEST(XmlFileTest, SaveRemovesTheTemporaryFilesOfEarlierCrashedSaves)
     fs::create_directory(folder.file(".p.xml.1111111111111111.tmp"));
 
     XmlFile::writeAtomically(folder.file("p.xml"), "new", "project");
-    EXPECT_EQ((std::vector<std::string>{".p.xml.1111111111111111.tmp", ".p.xml.mine.tmp",
-                                        ".q.xml.0123456789abcdef.tmp", "p.xml"}),
+    EXPECT_EQ((std::vector<std::string>{".p.xml.1111111111111111.tmp", ".p.xml.mine.tmp", ".q.xml.0123456789abcdef.tmp",
+                                        "p.xml"}),
               namesIn(folder.path()));
     EXPECT_EQ("new", readFile(folder.file("p.xml")));
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "XmlTestSupport.h"
-
 #include "collections/IStructureChanged.h"
 #include "core/common/ConvertionHelper.h"
 #include "core/common/XmlInclude.h"
@@ -103,8 +102,7 @@ template <class Collection> std::shared_ptr<Collection> collectionOf(const std::
 // The text form of a collection, "null" for none.
 template <class Collection> std::string textOf(const std::shared_ptr<Collection>& collection)
 {
-    return collection ? Zem::convertToString<std::shared_ptr<Collection>, true, true>(collection)
-                      : std::string("null");
+    return collection ? Zem::convertToString<std::shared_ptr<Collection>, true, true>(collection) : std::string("null");
 }
 
 } // namespace ContactUnitsTest

@@ -150,5 +150,4 @@ inline std::string attributeOf(const xmlpp::Element* element, const std::string&
     return attribute == nullptr ? "<none>" : std::string(attribute->get_value());
 }
 
-
 } // namespace ZemTreeTest

@@ -8,10 +8,9 @@
 #include "core/tree/NodeFactory.h"
 #include "results/graph/GraphManagerFactory.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <unistd.h>
@@ -21,10 +20,14 @@ namespace {
 using ZemTree::NodeFactory;
 
 const char* const relayNodeTypes[] = {
-    "ZemTree::UniversalGeneralContainer", "ZemTree::HierarchicalContainer",
-    "ZemTree::ContactUnit",               "ZemTree::HardwareInContactUnit",
-    "ZemTree::HardwareOutContactCollectionUnit", "ZemTree::HardwareOutContactUnit",
-    "ZemTree::ResultMultiGraphUnit",      "ZemTree::ResultMultiNumericUnit",
+    "ZemTree::UniversalGeneralContainer",
+    "ZemTree::HierarchicalContainer",
+    "ZemTree::ContactUnit",
+    "ZemTree::HardwareInContactUnit",
+    "ZemTree::HardwareOutContactCollectionUnit",
+    "ZemTree::HardwareOutContactUnit",
+    "ZemTree::ResultMultiGraphUnit",
+    "ZemTree::ResultMultiNumericUnit",
     "ZemTree::ResultMultiStringUnit",
 };
 
@@ -65,8 +68,7 @@ TEST(LibraryStartup, ProjectNamingALibraryClassLoads)
     ::rmdir(folder);
 }
 
-struct LateRegistered : ZemTree::Node {
-};
+struct LateRegistered : ZemTree::Node {};
 
 TEST(LibraryStartup, RepeatedRegistrationKeepsTheFirstMaker)
 {

@@ -7,10 +7,9 @@
 #include "core/tree/Node.h"
 #include "relay/DemoRelay.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
 #include <stdexcept>

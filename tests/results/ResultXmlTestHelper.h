@@ -1,7 +1,6 @@
 #pragma once
 
 #include "LanguageGuard.h"
-
 #include "XmlTestSupport.h"
 #include "core/tree/Deviation.h"
 #include "core/tree/TreeLocalization.h"

@@ -1,10 +1,8 @@
 #pragma once
 
+#include "LanguageGuard.h"
 #include "TemporaryFolder.h"
 #include "XmlTestSupport.h"
-
-#include "LanguageGuard.h"
-
 #include "core/common/XmlInclude.h"
 #include "core/tree/Node.h"
 #include "core/tree/SerializationMode.h"

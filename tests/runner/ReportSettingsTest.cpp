@@ -10,10 +10,9 @@
 #include "relay/PickupTest.h"
 #include "values/NumericUnit.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
 #include <regex>

@@ -1,34 +1,31 @@
 // The runner under careless and hostile use of its files: variants of the sample project, odd output targets,
 // signals during a save, and the messages that tell what went wrong.
 
-#include "TemporaryFolder.h"
 #include "RunnerProcess.h"
-
-#include "relay/DemoRelay.h"
+#include "TemporaryFolder.h"
 #include "containers/ProjectFile.h"
 #include "core/tree/Node.h"
-
-#include <gtest/gtest.h>
-
-#include <signal.h>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
+#include "relay/DemoRelay.h"
 
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
 #include <regex>
+#include <signal.h>
 #include <string>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <vector>
 
 namespace fs = std::filesystem;
-using ZemDemoTest::runRunner;
 using ZemDemoTest::RunnerOutcome;
 using ZemDemoTest::RunnerProcess;
+using ZemDemoTest::runRunner;
 using ZemTreeTest::TemporaryFolder;
 
 namespace {
@@ -162,10 +159,12 @@ TEST(RunnerFilesTest, UnreadableNodesAreKeptAndNamed)
          keepsPickup},
         {"no class",
          [](const std::string& p) { return replacedOnce(p, " Class=\"ZemDemo::PickupTest\"", ""); },
-         {pickupPath + ": the node is not part of the structure and names no class; it is kept unread"}, keepsPickup},
+         {pickupPath + ": the node is not part of the structure and names no class; it is kept unread"},
+         keepsPickup},
         {"an empty class",
          [](const std::string& p) { return replacedOnce(p, "Class=\"ZemDemo::PickupTest\"", "Class=\"\""); },
-         {pickupPath + ": the node is not part of the structure and names no class"}, keepsPickup},
+         {pickupPath + ": the node is not part of the structure and names no class"},
+         keepsPickup},
         {"no Id",
          [](const std::string& p) {
              return replacedOnce(p, "<Node Id=\"Pickup\" Class=", "<Node Ident=\"Pickup\" Class=");
@@ -223,9 +222,8 @@ TEST(RunnerFilesTest, UnreadableNodesAreKeptAndNamed)
         const std::string saved = readFile(sample.folder.file("saved.xml"));
         row.check(edited, saved);
         // A second round keeps the same text: nothing is lost or doubled by saving what was kept.
-        const RunnerOutcome again =
-            runRunner({"saved.xml", "--test", "Substation/Collection/Distance", "--output", "again.xml"},
-                      sample.folder.path());
+        const RunnerOutcome again = runRunner(
+            {"saved.xml", "--test", "Substation/Collection/Distance", "--output", "again.xml"}, sample.folder.path());
         EXPECT_EQ(0, again.exitCode) << again.err;
         row.check(edited, readFile(sample.folder.file("again.xml")));
     }
@@ -296,8 +294,8 @@ TEST(RunnerFilesTest, OutputTargetsAreReplacedOnlyWhenSafe)
         SCOPED_TRACE(row.text);
         const TemporaryFolder folder;
         row.setUp(folder);
-        const RunnerOutcome outcome = runRunner({"--new", "--seed", "1", "--output", "out.xml"}, folder.path(), "",
-                                                {}, row.fileSizeLimit);
+        const RunnerOutcome outcome =
+            runRunner({"--new", "--seed", "1", "--output", "out.xml"}, folder.path(), "", {}, row.fileSizeLimit);
         EXPECT_EQ(row.exitCode, outcome.exitCode) << outcome.err;
         if (*row.error == '\0') {
             EXPECT_EQ("", outcome.err);
@@ -392,26 +390,22 @@ TEST(RunnerFilesTest, EachFaultIsToldInOneLineWithItsPath)
         {"a setting that is not a number",
          edited([](const std::string& p) { return replacedOnce(p, "<Value Data=\"2.5\"/>", "<Value Data=\"1,5\"/>"); }),
          check, 1, pickupPath + "/Settings/Tolerance: "},
-        {"an unknown attribute",
-         edited([](const std::string& p) {
+        {"an unknown attribute", edited([](const std::string& p) {
              return replacedOnce(p, "<Node Id=\"Pickup\" Class=\"ZemDemo::PickupTest\"",
                                  "<Node Id=\"Pickup\" Class=\"ZemDemo::PickupTest\" Colour=\"red\"");
          }),
          check, 1, pickupPath + ": the attribute Colour is unknown here; a save drops it"},
-        {"an unknown element",
-         edited([](const std::string& p) {
+        {"an unknown element", edited([](const std::string& p) {
              return replacedOnce(p, "<Description Text=\"Pickup current\">",
                                  "<Colour>red</Colour><Description Text=\"Pickup current\">");
          }),
          check, 1, pickupPath + ": the element Colour is unknown here; a save drops it"},
-        {"text inside a node",
-         edited([](const std::string& p) {
+        {"text inside a node", edited([](const std::string& p) {
              return replacedOnce(p, "<Description Text=\"Pickup current\">",
                                  "stray words<Description Text=\"Pickup current\">");
          }),
          check, 1, pickupPath + ": the text 'stray words' stands outside any element and is not read"},
-        {"a key with a line break in it",
-         edited([](const std::string& p) {
+        {"a key with a line break in it", edited([](const std::string& p) {
              return replacedOnce(p, "<Node Id=\"Pickup\" Class=\"ZemDemo::PickupTest\"",
                                  "<Node Id=\"Pick&#10;up\" Class=\"ZemDemo::NoSuchTest\"");
          }),
@@ -425,28 +419,31 @@ TEST(RunnerFilesTest, EachFaultIsToldInOneLineWithItsPath)
              writeFile(s.folder.file("PickupTest.xml"), pickup.substr(0, pickup.size() / 2));
          },
          check, 1, pickupPath + ": the template 'PickupTest' cannot be applied: The template file '"},
-        {"a template name that leaves the template folder",
-         edited([](const std::string& p) {
+        {"a template name that leaves the template folder", edited([](const std::string& p) {
              return replacedOnce(p, "Class=\"ZemDemo::PickupTest\"",
                                  "Class=\"ZemDemo::PickupTest\" TemplateXml=\"../../etc/passwd\"");
          }),
          check, 1,
-         pickupPath + ": the template name '../../etc/passwd' names a path outside the template folder; only "
-                      "'passwd' is looked for there, and the project saves the name 'passwd'"},
+         pickupPath
+             + ": the template name '../../etc/passwd' names a path outside the template folder; only "
+               "'passwd' is looked for there, and the project saves the name 'passwd'"},
         {"a stylesheet that is not one",
          [](SampleFolder& s) { writeFile(s.folder.file("bad.xsl"), "<html/>"); },
-         {"--new", "--seed", "1", "--output", "p.xml", "--report", "report", "--xsl", "bad.xsl"}, 2,
+         {"--new", "--seed", "1", "--output", "p.xml", "--report", "report", "--xsl", "bad.xsl"},
+         2,
          "zemtree-run: xsltproc failed to make report/report.html (exit code"},
         {"an image folder that cannot be made",
          [](SampleFolder& s) {
              fs::create_directory(s.folder.file("report"));
              writeFile(s.folder.file("report/images"), "in the way");
          },
-         {"--new", "--seed", "1", "--output", "p.xml", "--report", "report"}, 2,
+         {"--new", "--seed", "1", "--output", "p.xml", "--report", "report"},
+         2,
          "Cannot create the report image folder report/images: "},
         {"a report that cannot be written",
          [](SampleFolder& s) { fs::create_directories(s.folder.file("report/report.xml")); },
-         {"--new", "--seed", "1", "--output", "p.xml", "--report", "report"}, 2,
+         {"--new", "--seed", "1", "--output", "p.xml", "--report", "report"},
+         2,
          "zemtree-run: The report 'report/report.xml' cannot be written: it is not a regular file",
          [](const TemporaryFolder& f) {
              // The pictures it had drawn went with it.

@@ -5,20 +5,18 @@
 #include "core/tree/Node.h"
 #include "relay/DemoRelay.h"
 
-#include <gtest/gtest.h>
-
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
 #include <regex>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 // The runner's promises, each driven through zemtree-run as a child process on a variant of the sample project:

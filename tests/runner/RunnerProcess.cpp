@@ -1,14 +1,13 @@
 #include "RunnerProcess.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <stdexcept>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cerrno>
-#include <stdexcept>
 
 extern char** environ;
 
@@ -85,7 +84,8 @@ bool RunnerProcess::_readSome(std::chrono::steady_clock::time_point deadline)
     int* pipes[2] = {&_outPipe, &_errPipe};
     if (_outPipe < 0 && _errPipe < 0)
         return false;
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
     if (left.count() <= 0)
         return false;
     const int ready = poll(fds, 2, static_cast<int>(left.count()));

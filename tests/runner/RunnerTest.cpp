@@ -1,17 +1,11 @@
-#include "TemporaryFolder.h"
 #include "RunnerProcess.h"
-
-#include "relay/DemoRelay.h"
+#include "TemporaryFolder.h"
 #include "containers/ProjectFile.h"
 #include "containers/TestableContainer.h"
 #include "core/tree/Node.h"
-
-#include <gtest/gtest.h>
+#include "relay/DemoRelay.h"
 
 #include <cairomm/surface.h>
-
-#include <signal.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -19,19 +13,22 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
 #include <regex>
 #include <set>
+#include <signal.h>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
-using ZemDemoTest::runRunner;
 using ZemDemoTest::RunnerOutcome;
 using ZemDemoTest::RunnerProcess;
+using ZemDemoTest::runRunner;
 
 namespace {
 
@@ -161,8 +158,8 @@ TEST(RunnerTest, HelpNamesEveryOptionAndTheExitCodes)
     TempFolder folder;
     const RunnerOutcome outcome = runRunner({"--help"}, folder.path());
     EXPECT_EQ(0, outcome.exitCode);
-    for (const char* option : {"--new", "--templates", "--test", "--seed", "--curve", "--relay-set", "--time-scale", "--output",
-                               "--report", "--xsl", "--lang", "--check", "--help", "exit codes"}) {
+    for (const char* option : {"--new", "--templates", "--test", "--seed", "--curve", "--relay-set", "--time-scale",
+                               "--output", "--report", "--xsl", "--lang", "--check", "--help", "exit codes"}) {
         SCOPED_TRACE(option);
         EXPECT_NE(std::string::npos, outcome.out.find(option));
     }
@@ -303,8 +300,8 @@ TEST(RunnerTest, UnknownTemplateStillLoadsRunsAndKeepsItsName)
     std::string text = readFile(folder.file("sample-project.xml"));
     // Points the pickup test at a template that does not exist, whether or not it names one already.
     const std::regex pickup("(<Node Id=\"Pickup\" Class=\"[^\"]*\")( TemplateXml=\"[^\"]*\")?");
-    const std::string edited = std::regex_replace(text, pickup, "$1 TemplateXml=\"NoSuchTemplate\"",
-                                                  std::regex_constants::format_first_only);
+    const std::string edited =
+        std::regex_replace(text, pickup, "$1 TemplateXml=\"NoSuchTemplate\"", std::regex_constants::format_first_only);
     ASSERT_NE(text, edited);
     writeFile(folder.file("edited.xml"), edited);
 
@@ -380,8 +377,8 @@ TEST(RunnerTest, StylesheetColoursEachVerdict)
         GTEST_SKIP() << "xsltproc is not installed";
     TempFolder folder;
     writeFile(folder.file("report.xml"), verdictReport);
-    const std::string command = "xsltproc -o '" + folder.file("report.html") + "' '" ZTR_REPORT_XSL "' '"
-                                + folder.file("report.xml") + "'";
+    const std::string command =
+        "xsltproc -o '" + folder.file("report.html") + "' '" ZTR_REPORT_XSL "' '" + folder.file("report.xml") + "'";
     ASSERT_EQ(0, std::system(command.c_str()));
     const std::string html = readFile(folder.file("report.html"));
 
@@ -394,13 +391,11 @@ TEST(RunnerTest, StylesheetColoursEachVerdict)
         EXPECT_EQ(row.tests, tileCount(html, row.verdict));
     }
     // Each test's section carries its verdict; the guard above them takes the worst.
-    for (const char* expected : {"class=\"node notok\"[^>]*><h3>\\s*<span>Guard",
-                                 "class=\"node ok\"[^>]*><h4>\\s*<span>Test passes",
-                                 "class=\"node notok\"[^>]*><h4>\\s*<span>Test fails",
-                                 "class=\"node error\"[^>]*><h4>\\s*<span>Test errs",
-                                 "class=\"node empty\"[^>]*><h4>\\s*<span>Test not run",
-                                 "class=\"node empty\"[^>]*><h4>\\s*<span>Test empty",
-                                 "<tr class=\"notok\">\\s*<td>k2</td>", "src=\"images/image_0007.png\""}) {
+    for (const char* expected :
+         {"class=\"node notok\"[^>]*><h3>\\s*<span>Guard", "class=\"node ok\"[^>]*><h4>\\s*<span>Test passes",
+          "class=\"node notok\"[^>]*><h4>\\s*<span>Test fails", "class=\"node error\"[^>]*><h4>\\s*<span>Test errs",
+          "class=\"node empty\"[^>]*><h4>\\s*<span>Test not run", "class=\"node empty\"[^>]*><h4>\\s*<span>Test empty",
+          "<tr class=\"notok\">\\s*<td>k2</td>", "src=\"images/image_0007.png\""}) {
         SCOPED_TRACE(expected);
         EXPECT_TRUE(std::regex_search(html, std::regex(expected)));
     }
@@ -413,9 +408,8 @@ TEST(RunnerTest, HtmlReportRendersInABrowser)
     if (!fs::exists("/usr/bin/chromium"))
         GTEST_SKIP() << "no /usr/bin/chromium";
     TempFolder folder;
-    const RunnerOutcome run = runRunner({"--new", "--seed", "2", "--output", folder.file("p.xml"), "--report",
-                                         folder.file("report")},
-                                        folder.path());
+    const RunnerOutcome run = runRunner(
+        {"--new", "--seed", "2", "--output", folder.file("p.xml"), "--report", folder.file("report")}, folder.path());
     ASSERT_EQ(1, run.exitCode) << run.err;
     ASSERT_TRUE(fs::exists(folder.file("report/report.html")));
 
@@ -423,8 +417,8 @@ TEST(RunnerTest, HtmlReportRendersInABrowser)
     const std::string command = "/usr/bin/chromium --headless --no-sandbox --disable-gpu --disable-quic "
                                 "--no-first-run --disable-background-networking --disable-component-update "
                                 "--disable-sync --user-data-dir="
-                                + folder.file("profile") + " --window-size=1000,1400 --screenshot=" + shot
-                                + " file://" + folder.file("report/report.html") + " > /dev/null 2>&1";
+                                + folder.file("profile") + " --window-size=1000,1400 --screenshot=" + shot + " file://"
+                                + folder.file("report/report.html") + " > /dev/null 2>&1";
     ASSERT_EQ(0, std::system(command.c_str()));
     const Cairo::RefPtr<Cairo::ImageSurface> image = Cairo::ImageSurface::create_from_png(shot);
     ASSERT_EQ(1000, image->get_width());

@@ -8,13 +8,12 @@
 #include "evaluation/TestQueueEvaluator.h"
 #include "values/NumericUnit.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
 #include <random>

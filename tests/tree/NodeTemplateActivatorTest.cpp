@@ -1,6 +1,6 @@
-#include "TemporaryFolder.h"
 #include "core/tree/NodeTemplateActivator.h"
 
+#include "TemporaryFolder.h"
 #include "core/common/XmlInclude.h"
 #include "core/tree/LocalString.h"
 #include "core/tree/Node.h"
@@ -81,9 +81,12 @@ TEST(NodeTemplateActivatorTest, SavedTemplateFillsAFreshNodeAndAChangedFileIsRea
     EXPECT_NE(nullptr, dynamic_cast<const OtherTemplateTestNode*>(first.findChild("Settings")->findChild("Tset")));
 
     // Same size and a new time is a new template.
-    sample->findChild("Settings")->findChild("Zset")->setDescription(ZemTree::LocalString::create("Z SET", "Уставка Z"));
+    sample->findChild("Settings")
+        ->findChild("Zset")
+        ->setDescription(ZemTree::LocalString::create("Z SET", "Уставка Z"));
     NodeTemplateActivator::saveTemplate(sample.get(), temp.file("Distance.xml"));
-    fs::last_write_time(temp.file("Distance.xml"), fs::last_write_time(temp.file("Distance.xml")) + std::chrono::seconds(5));
+    fs::last_write_time(temp.file("Distance.xml"),
+                        fs::last_write_time(temp.file("Distance.xml")) + std::chrono::seconds(5));
     TemplateTestNode second;
     ASSERT_TRUE(activator->fill(&second, mode));
     EXPECT_EQ(second.findChild("Settings")->findChild("Zset")->getDescription(), "Z SET");
@@ -114,12 +117,9 @@ TEST(NodeTemplateActivatorTest, BadFilesAreReportedAndLeaveTheNodeAlone)
         std::string path;
     };
     const Row rows[] = {
-        {"missing", temp.file("missing.xml")},
-        {"empty", temp.file("empty.xml")},
-        {"unclosed", temp.file("broken.xml")},
-        {"template without node", temp.file("hollow.xml")},
-        {"a folder", temp.file("folder.xml")},
-        {"undeclared external entity", temp.file("external.xml")},
+        {"missing", temp.file("missing.xml")}, {"empty", temp.file("empty.xml")},
+        {"unclosed", temp.file("broken.xml")}, {"template without node", temp.file("hollow.xml")},
+        {"a folder", temp.file("folder.xml")}, {"undeclared external entity", temp.file("external.xml")},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text);

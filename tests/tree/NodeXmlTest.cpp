@@ -146,8 +146,8 @@ TEST(NodeXmlTest, BadChildrenAreReportedAndReadingGoesOn)
     TestGroup root("Root");
     ASSERT_NO_THROW(loadFromString(root, text, makeMode(SerializationMode::User, &problems)));
 
-    const char* expectedInProblems[] = {"'text between'", "no Id", "Nope::Unknown", "Nameless", "Bad", "Heavy",
-                                        "maybe", "Text"};
+    const char* expectedInProblems[] = {"'text between'", "no Id", "Nope::Unknown", "Nameless", "Bad",
+                                        "Heavy",          "maybe", "Text"};
     ASSERT_EQ(problems.size(), std::size(expectedInProblems));
     for (std::size_t i = 0; i < problems.size(); ++i) {
         SCOPED_TRACE(problems[i]);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "XmlTestSupport.h"
-
 #include "core/common/XmlInclude.h"
 #include "core/tree/Node.h"
 #include "core/tree/UnitableContainer.h"
