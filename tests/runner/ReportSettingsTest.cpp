@@ -1,6 +1,7 @@
 // The settings of a test in the HTML report: name, value, measure and formula in both languages, and a setting
 // whose formula fails shows its error.
 
+#include "RunnerProcess.h"
 #include "TemporaryFolder.h"
 #include "containers/ProjectFile.h"
 #include "containers/TestContainer.h"
@@ -18,13 +19,12 @@
 #include <regex>
 #include <string>
 
-namespace {
+using ZemDemoTest::hasXsltproc;
+using ZemDemoTest::parseCounters;
+using ZemDemoTest::readFile;
+using ZemDemoTest::writeFile;
 
-std::string readText(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-}
+namespace {
 
 ZemTree::NumericUnit* settingOf(ZemTree::Node& test, const std::string& id)
 {
@@ -67,7 +67,7 @@ TEST(ReportSettings, SettingsTableShowsValuesMeasuresFormulasAndErrors)
         const std::string command = std::string("xsltproc --nonet --stringparam lang ") + row.language + " -o '" + html
                                     + "' '" ZTR_REPORT_XSL "' '" + folder.file("report.xml") + "'";
         ASSERT_EQ(0, std::system(command.c_str()));
-        const std::string text = readText(html);
+        const std::string text = readFile(html);
         EXPECT_NE(std::string::npos, text.find(std::string("<th>") + row.formulaHeader + "</th>"));
         EXPECT_NE(std::string::npos, text.find(std::string("<th>") + row.unitHeader + "</th>"));
         // The computed step, its measure and its formula on one row; the ramp start as typed.

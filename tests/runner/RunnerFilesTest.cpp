@@ -28,21 +28,15 @@ using ZemDemoTest::RunnerProcess;
 using ZemDemoTest::runRunner;
 using ZemTreeTest::TemporaryFolder;
 
+using ZemDemoTest::hasXsltproc;
+using ZemDemoTest::parseCounters;
+using ZemDemoTest::readFile;
+using ZemDemoTest::writeFile;
+
 namespace {
 
 const std::string testsPath = "Substation/Collection/Overcurrent/Tests";
 const std::string pickupPath = testsPath + "/Pickup";
-
-std::string readFile(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-}
-
-void writeFile(const std::string& path, const std::string& text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
 
 std::size_t countOf(const std::string& text, const std::string& part)
 {

@@ -26,6 +26,11 @@ namespace fs = std::filesystem;
 using ZemDemoTest::RunnerOutcome;
 using ZemDemoTest::runRunner;
 
+using ZemDemoTest::hasXsltproc;
+using ZemDemoTest::parseCounters;
+using ZemDemoTest::readFile;
+using ZemDemoTest::writeFile;
+
 namespace {
 
 using TempFolder = ZemTreeTest::TemporaryFolder;
@@ -34,23 +39,6 @@ const char* const pickupPath = "Substation/Collection/Overcurrent/Tests/Pickup";
 const char* const tripTimePath = "Substation/Collection/Overcurrent/Tests/TripTime";
 const char* const zonePath = "Substation/Collection/Distance/Tests/Zone1";
 const char* const contactPath = "Substation/Collection/Contacts/Tests/Follower";
-
-std::string readFile(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-}
-
-bool hasXsltproc()
-{
-    const char* const path = std::getenv("PATH");
-    std::stringstream folders(path != nullptr ? path : "");
-    std::string folder;
-    while (std::getline(folders, folder, ':'))
-        if (!folder.empty() && access((fs::path(folder) / "xsltproc").c_str(), X_OK) == 0)
-            return true;
-    return false;
-}
 
 // Sets a variable of the environment the runner inherits, for the life of the object.
 class EnvironmentVariable {
@@ -92,19 +80,6 @@ std::string formulaAttributes(const std::string& formula)
 std::string unchanged(const std::string& text)
 {
     return text;
-}
-
-// The counters the runner printed in its line "counters: ok A, failed B, not tested C".
-bool parseCounters(const std::string& out, ZemTree::TestCounters& counters)
-{
-    static const std::regex line("counters: ok (\\d+), failed (\\d+), not tested (\\d+)");
-    std::smatch match;
-    if (!std::regex_search(out, match, line))
-        return false;
-    counters.okCount = static_cast<std::uint32_t>(std::stoul(match[1]));
-    counters.failedCount = static_cast<std::uint32_t>(std::stoul(match[2]));
-    counters.notTestedCount = static_cast<std::uint32_t>(std::stoul(match[3]));
-    return true;
 }
 
 ZemTree::TestCounters loadCounters(const std::string& path, const std::string& templateFolder)

@@ -1,10 +1,20 @@
 #include "RunnerProcess.h"
 
+#include "containers/TestCounters.h"
+
 #include <cerrno>
+#include <cstdint>
+#include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <poll.h>
+#include <regex>
 #include <signal.h>
+#include <sstream>
 #include <stdexcept>
+#include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -156,6 +166,41 @@ RunnerOutcome runRunner(const std::vector<std::string>& arguments, const std::st
     outcome.out = process.getOut();
     outcome.err = process.getErr();
     return outcome;
+}
+
+std::string readFile(const std::string& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+}
+
+void writeFile(const std::string& path, const std::string& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+bool hasXsltproc()
+{
+    const char* const path = std::getenv("PATH");
+    std::stringstream folders(path != nullptr ? path : "");
+    std::string folder;
+    while (std::getline(folders, folder, ':')) {
+        if (!folder.empty() && ::access((std::filesystem::path(folder) / "xsltproc").c_str(), X_OK) == 0)
+            return true;
+    }
+    return false;
+}
+
+bool parseCounters(const std::string& out, ZemTree::TestCounters& counters)
+{
+    static const std::regex line("counters: ok (\\d+), failed (\\d+), not tested (\\d+)");
+    std::smatch match;
+    if (!std::regex_search(out, match, line))
+        return false;
+    counters.okCount = static_cast<std::uint32_t>(std::stoul(match[1]));
+    counters.failedCount = static_cast<std::uint32_t>(std::stoul(match[2]));
+    counters.notTestedCount = static_cast<std::uint32_t>(std::stoul(match[3]));
+    return true;
 }
 
 } // namespace ZemDemoTest

@@ -5,6 +5,10 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace ZemTree {
+struct TestCounters;
+}
+
 namespace ZemDemoTest {
 
 // zemtree-run started as a child process in a working folder, with its stdout and stderr read through pipes.
@@ -50,5 +54,14 @@ struct RunnerOutcome {
 RunnerOutcome runRunner(const std::vector<std::string>& arguments, const std::string& workingFolder,
                         const std::string& path = "", const std::vector<std::string>& environment = {},
                         unsigned long fileSizeLimit = 0);
+
+// The whole contents of a file, empty when it cannot be read.
+std::string readFile(const std::string& path);
+// Writes `text` as the whole file.
+void writeFile(const std::string& path, const std::string& text);
+// Whether xsltproc is on the PATH, which the HTML report needs.
+bool hasXsltproc();
+// The counters the runner printed in its line "counters: ok A, failed B, not tested C".
+bool parseCounters(const std::string& out, ZemTree::TestCounters& counters);
 
 } // namespace ZemDemoTest

@@ -30,46 +30,14 @@ using ZemDemoTest::RunnerOutcome;
 using ZemDemoTest::RunnerProcess;
 using ZemDemoTest::runRunner;
 
+using ZemDemoTest::hasXsltproc;
+using ZemDemoTest::parseCounters;
+using ZemDemoTest::readFile;
+using ZemDemoTest::writeFile;
+
 namespace {
 
 using TempFolder = ZemTreeTest::TemporaryFolder;
-
-std::string readFile(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-}
-
-void writeFile(const std::string& path, const std::string& text)
-{
-    std::ofstream stream(path, std::ios::binary);
-    stream << text;
-}
-
-bool hasXsltproc()
-{
-    const char* const path = std::getenv("PATH");
-    std::stringstream folders(path != nullptr ? path : "");
-    std::string folder;
-    while (std::getline(folders, folder, ':')) {
-        if (!folder.empty() && access((fs::path(folder) / "xsltproc").c_str(), X_OK) == 0)
-            return true;
-    }
-    return false;
-}
-
-// The counters the runner printed in its line "counters: ok A, failed B, not tested C".
-bool parseCounters(const std::string& out, ZemTree::TestCounters& counters)
-{
-    static const std::regex line("counters: ok (\\d+), failed (\\d+), not tested (\\d+)");
-    std::smatch match;
-    if (!std::regex_search(out, match, line))
-        return false;
-    counters.okCount = static_cast<std::uint32_t>(std::stoul(match[1]));
-    counters.failedCount = static_cast<std::uint32_t>(std::stoul(match[2]));
-    counters.notTestedCount = static_cast<std::uint32_t>(std::stoul(match[3]));
-    return true;
-}
 
 // Loads a saved project the way the runner does and returns its root's counters.
 ZemTree::TestCounters loadCounters(const std::string& path, const std::string& templateFolder = "")

@@ -14,21 +14,15 @@
 using ZemDemoTest::RunnerOutcome;
 using ZemDemoTest::runRunner;
 
+using ZemDemoTest::hasXsltproc;
+using ZemDemoTest::parseCounters;
+using ZemDemoTest::readFile;
+using ZemDemoTest::writeFile;
+
 namespace {
 
 const std::string tripTimePath = "Substation/Collection/Overcurrent/Tests/TripTime";
 const std::string pickupPath = "Substation/Collection/Overcurrent/Tests/Pickup";
-
-std::string readFile(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-void writeFile(const std::string& path, const std::string& text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
 
 // `text` with the first `from` after `after` replaced by `to`; unchanged when either is missing.
 std::string replaced(std::string text, const std::string& after, const std::string& from, const std::string& to)
