@@ -49,6 +49,7 @@ const Row rows[] = {
     {"NumericEntry.aboveMaximum", {"The greatest allowed value is", "Наибольшее допустимое значение"}},
     {"Window.ok", {"OK", "ОК"}},
     {"Window.cancel", {"Cancel", "Отмена"}},
+    {"Enum.missing", {"This value is not in the list", "Этого значения нет в списке"}},
 };
 
 } // namespace

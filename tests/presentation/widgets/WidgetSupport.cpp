@@ -15,9 +15,9 @@ namespace PresentationTest {
 namespace {
 
 // Classes that GTK sets by state or orientation, which a fresh widget of the same kind need not have.
-const std::set<std::string> gtkStateClasses = {"horizontal", "vertical",   "text-button", "image-button",
-                                               "default",    "background", "csd",         "solid-csd",
-                                               "titlebar",   "popup",      "linked",      "flat"};
+const std::set<std::string> gtkStateClasses = {"horizontal", "vertical", "text-button", "image-button", "default",
+                                               "background", "csd",      "solid-csd",   "titlebar",     "popup",
+                                               "linked",     "flat",     "combo"};
 
 std::string readTheme()
 {
