@@ -48,7 +48,7 @@ test-asan: deps
 	@[ -f build-asan/build.ninja ] || cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug \
 	    -DZTR_SANITIZE=address -DZTR_BUILD_BENCH=OFF
 	cmake --build build-asan -j $(JOBS)
-	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 LSAN_OPTIONS=suppressions=$(CURDIR)/cmake/lsan.supp \
+	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 LSAN_OPTIONS=suppressions=$(CURDIR)/cmake/lsan.supp:print_suppressions=0 \
 	    ctest --test-dir build-asan --output-on-failure -j $(JOBS)
 
 # Every benchmark in a Release build, then the table the README keeps.
