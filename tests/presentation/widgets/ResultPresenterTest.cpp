@@ -1,5 +1,7 @@
 #include "LanguageGuard.h"
 #include "core/tree/Measure.h"
+#include "core/tree/MeasureObject.h"
+#include "core/tree/MeasureProperty.h"
 #include "core/tree/Measures.h"
 #include "core/tree/RangeStructure.h"
 #include "core/tree/ToleranceReduced.h"
@@ -252,6 +254,38 @@ TEST(ResultPresenterTest, MultiResultRowsAndTheSingleRowOfAnEmptyOne)
     }
     ZemTree::ResultMultiStringPresenter strings(nullptr);
     EXPECT_EQ(labelTexts(strings.getView()), "-|-|-|not tested");
+}
+
+TEST(ResultPresenterTest, UnitMeasureFollowsItsPropertyAndQueuedRebuildsOutliveNothing)
+{
+    ZemTreeTest::LanguageGuard language(0);
+    ZemTree::ResultMultiNumericUnit unit("Voltage", ZemTree::LocalString("Voltage"), ZemTree::LocalString::Empty(),
+                                         nullptr, ZemTree::Measures::Ampere());
+    {
+        ZemTree::ResultMultiNumericUnitPresenter presenter(&unit);
+        const std::string rowTexts = "-|-|-|-|not tested";
+        struct Row {
+            const char* name;
+            ZemTree::Measure* measure;
+        };
+        const Row rows[] = {
+            {"volt", ZemTree::Measures::Volt()},
+            {"none", ZemTree::Measures::None()},
+            {"second", ZemTree::Measures::Second()},
+        };
+        for (const Row& row : rows) {
+            SCOPED_TRACE(row.name);
+            unit.getMeasureData()->getMeasure()->setValue(row.measure);
+            const std::string description = row.measure->getDescription();
+            EXPECT_EQ(labelTexts(presenter.getView()), description.empty() ? rowTexts : rowTexts + "|" + description);
+        }
+        // A new output queues a rebuild; the presenter goes before it runs.
+        unit.setData(std::make_shared<ZemTree::ResultMultiNumeric>(
+            std::map<std::string, std::vector<std::string>>{{"Ua", {"1"}}}, nullptr));
+    }
+    EXPECT_TRUE(pumpUntilIdle());
+    unit.setData(nullptr);
+    EXPECT_TRUE(pumpUntilIdle());
 }
 
 // A worker sets new outputs while the unit is shown: every rebuild runs on the GUI thread, bursts collapse into
