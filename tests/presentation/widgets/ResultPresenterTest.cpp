@@ -6,6 +6,8 @@
 #include "core/tree/RangeStructure.h"
 #include "core/tree/ToleranceReduced.h"
 #include "localisation/TreeRelay.h"
+#include "presentation/presenters/ResultMultiGraphStatePresenter.h"
+#include "presentation/presenters/ResultMultiGraphUnitPresenter.h"
 #include "presentation/presenters/ResultMultiNumericPresenter.h"
 #include "presentation/presenters/ResultMultiNumericUnitPresenter.h"
 #include "presentation/presenters/ResultMultiStringPresenter.h"
@@ -15,10 +17,12 @@
 #include "presentation/support/MainLoopPump.h"
 #include "presentation/widgets/ResultStateView.h"
 #include "results/NumericSettingAssessment.h"
+#include "results/ResultMultiGraphUnit.h"
 #include "results/ResultMultiNumeric.h"
 #include "results/ResultMultiNumericUnit.h"
 #include "results/ResultMultiString.h"
 #include "results/StringSettingAssessment.h"
+#include "results/graph/ResultMultiGraph.h"
 
 #include <gtkmm/container.h>
 #include <gtkmm/label.h>
@@ -286,6 +290,49 @@ TEST(ResultPresenterTest, UnitMeasureFollowsItsPropertyAndQueuedRebuildsOutliveN
     EXPECT_TRUE(pumpUntilIdle());
     unit.setData(nullptr);
     EXPECT_TRUE(pumpUntilIdle());
+}
+
+TEST(ResultPresenterTest, GraphUnitShowsOneVerdictRowPerCurveAndFollowsNewOutputs)
+{
+    ZemTreeTest::LanguageGuard language(0);
+    using Curves = std::map<std::string, std::vector<Zem::Point>>;
+    const auto twoCurves = std::make_shared<ZemTree::ResultMultiGraph>(
+        Curves{{"phase B", {{1.0, 2.0}}}, {"phase A", {{1.0, 1.0}, {2.0, 1.5}}}}, nullptr);
+    const auto noCurves = std::make_shared<ZemTree::ResultMultiGraph>();
+    // The first line of each curve's verdict, after its key.
+    const auto expected = [](const ZemTree::ResultMultiGraph& result) {
+        std::string texts;
+        for (const auto& item : result._items) {
+            std::string text;
+            std::string tooltip;
+            ZemTree::ResultStatePresenter::splitDescription(item.second.getStateDescription(), text, tooltip);
+            texts += (texts.empty() ? "" : "|") + item.first + "|" + text;
+        }
+        return texts;
+    };
+    struct Row {
+        const char* name;
+        std::shared_ptr<ZemTree::ResultMultiGraph> output;
+        std::string texts;
+    };
+    const Row rows[] = {
+        {"null", nullptr, "-|not tested"},
+        {"no curves", noCurves, "-|not tested"},
+        {"two curves in key order", twoCurves, expected(*twoCurves)},
+    };
+    ZemTree::ResultMultiGraphUnit unit("Curve", ZemTree::LocalString("Curve"), ZemTree::LocalString::Empty(), nullptr);
+    ZemTree::ResultMultiGraphUnitPresenter presenter(&unit);
+    EXPECT_EQ(labelTexts(presenter.getView()), "-|not tested");
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        unit.setData(row.output);
+        ASSERT_TRUE(pumpUntilIdle());
+        EXPECT_EQ(labelTexts(presenter.getView()), row.texts);
+        ASSERT_NE(presenter.getStatePresenter(), nullptr);
+        const std::size_t count = row.output && !row.output->_items.empty() ? row.output->_items.size() : 1;
+        EXPECT_EQ(presenter.getStatePresenter()->getItems().size(), count);
+    }
+    EXPECT_EQ(expected(*twoCurves).rfind("phase A|", 0), 0u);
 }
 
 // A worker sets new outputs while the unit is shown: every rebuild runs on the GUI thread, bursts collapse into

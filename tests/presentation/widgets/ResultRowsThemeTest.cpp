@@ -2,18 +2,22 @@
 #include "core/tree/Measures.h"
 #include "core/tree/RangeStructure.h"
 #include "core/tree/ToleranceReduced.h"
+#include "presentation/presenters/ResultMultiGraphUnitPresenter.h"
 #include "presentation/presenters/ResultMultiNumericUnitPresenter.h"
 #include "presentation/presenters/ResultMultiStringUnitPresenter.h"
 #include "presentation/support/MainLoopPump.h"
 #include "presentation/widgets/SharedSizeGroupOwner.h"
 #include "presentation/widgets/WidgetSupport.h"
 #include "results/NumericSettingAssessment.h"
+#include "results/ResultMultiGraphUnit.h"
 #include "results/ResultMultiNumeric.h"
 #include "results/ResultMultiNumericUnit.h"
 #include "results/ResultMultiString.h"
 #include "results/ResultMultiStringUnit.h"
 #include "results/StringSettingAssessment.h"
+#include "results/graph/ResultMultiGraph.h"
 
+#include <glib.h>
 #include <gtkmm/box.h>
 #include <gtkmm/window.h>
 
@@ -51,15 +55,19 @@ struct ResultColumn {
                ZemTree::Measures::Second()),
           untested("Untested", ZemTree::LocalString::create("Reset ratio", "Коэффициент возврата"),
                    ZemTree::LocalString::Empty(), nullptr, ZemTree::Measures::None()),
+          curve("Curve", ZemTree::LocalString::create("Time characteristic", "Времятоковая характеристика"),
+                ZemTree::LocalString::Empty(),
+                std::make_shared<ZemTree::ResultMultiGraph>(
+                    std::map<std::string, std::vector<Zem::Point>>{{"phase A", {{1.0, 1.0}, {2.0, 1.5}}}}, nullptr)),
           contacts("Contacts", ZemTree::LocalString::create("Contacts", "Контакты"), ZemTree::LocalString::Empty(),
                    std::make_shared<ZemTree::ResultMultiString>(
                        Measurments{{"K1", {"closed"}}, {"K2", {"open"}}},
                        std::make_shared<ZemTree::StringSettingAssessment>("closed"))),
-          currentsRows(&currents), timeRows(&time), untestedRows(&untested), contactRows(&contacts)
+          currentsRows(&currents), timeRows(&time), untestedRows(&untested), curveRows(&curve), contactRows(&contacts)
     {
         loadStudioTheme();
         for (Zem::IPresenter* presenter :
-             std::vector<Zem::IPresenter*>{&currentsRows, &timeRows, &untestedRows, &contactRows})
+             std::vector<Zem::IPresenter*>{&currentsRows, &timeRows, &untestedRows, &curveRows, &contactRows})
             column.pack_start(*dynamic_cast<Gtk::Widget*>(presenter->getView()), Gtk::PACK_SHRINK);
         column.set_border_width(6);
         window.add(column);
@@ -74,14 +82,30 @@ struct ResultColumn {
     ZemTree::ResultMultiNumericUnit currents;
     ZemTree::ResultMultiNumericUnit time;
     ZemTree::ResultMultiNumericUnit untested;
+    ZemTree::ResultMultiGraphUnit curve;
     ZemTree::ResultMultiStringUnit contacts;
     ZemTree::ResultMultiNumericUnitPresenter currentsRows;
     ZemTree::ResultMultiNumericUnitPresenter timeRows;
     ZemTree::ResultMultiNumericUnitPresenter untestedRows;
+    ZemTree::ResultMultiGraphUnitPresenter curveRows;
     ZemTree::ResultMultiStringUnitPresenter contactRows;
     Gtk::Box column{Gtk::ORIENTATION_VERTICAL, 0};
     Gtk::Window window;
 };
+
+// Main loop idle and the window laid out: a width change of a column re-queues its cells from an idle step, and
+// their new layout waits for the frame clock, so lay out at once until nothing more is queued.
+bool settle(Gtk::Window& window)
+{
+    for (int round = 0; round < 10; ++round) {
+        if (!pumpUntilIdle())
+            return false;
+        window.check_resize();
+        if (!g_main_context_pending(nullptr))
+            return true;
+    }
+    return false;
+}
 
 void collectOwners(Gtk::Widget& widget, std::map<std::string, std::vector<Zem::SharedSizeGroupOwner*>>& owners)
 {
@@ -97,14 +121,30 @@ TEST(ResultRowsThemeTest, EveryStyleClassHasARuleAndColumnsAlignAcrossUnits)
 {
     ZemTreeTest::LanguageGuard language(0);
     ResultColumn rows;
-    ASSERT_TRUE(pumpUntilIdle());
+    ASSERT_TRUE(settle(rows.window));
     const std::set<std::string> theme = getThemeClasses();
     const std::set<std::string> used = collectOwnStyleClasses(rows.window);
-    for (const char* expected :
-         {"ResultNumeric", "ResultString", "ResultMultiNumericItem", "ResultMultiStringItem", "ResultMultiNumeric",
-          "ResultMultiString", "ResultMultiNumericUnitView", "ResultMultiStringUnitView", "ResultDataCell",
-          "standartSize", "DefaultControlBorder", "SharedGroup", "textAreaPadding", "ResultStateView", "ResultStateOk",
-          "ResultStateNotOk", "ResultStateNotTested"}) {
+    for (const char* expected : {"ResultNumeric",
+                                 "ResultString",
+                                 "ResultMultiNumericItem",
+                                 "ResultMultiStringItem",
+                                 "ResultMultiNumeric",
+                                 "ResultMultiString",
+                                 "ResultMultiNumericUnitView",
+                                 "ResultMultiStringUnitView",
+                                 "ResultDataCell",
+                                 "standartSize",
+                                 "DefaultControlBorder",
+                                 "SharedGroup",
+                                 "textAreaPadding",
+                                 "ResultStateView",
+                                 "ResultStateOk",
+                                 "ResultStateNotOk",
+                                 "ResultStateNotTested",
+                                 "ResultMultiGraphUnitView",
+                                 "InheritControl",
+                                 "ResultMultiGraphStateView",
+                                 "ResultMultiGraphStateItemView"}) {
         EXPECT_EQ(used.count(expected), 1u) << expected << " was not found in the widget tree";
     }
     for (const std::string& name : used) {
@@ -113,7 +153,10 @@ TEST(ResultRowsThemeTest, EveryStyleClassHasARuleAndColumnsAlignAcrossUnits)
     }
 
     std::map<std::string, std::vector<Zem::SharedSizeGroupOwner*>> owners;
-    collectOwners(rows.column, owners);
+    // The graph unit stands in the value column of its record and stretches its key, so it is left out here.
+    for (Zem::IPresenter* presenter :
+         std::vector<Zem::IPresenter*>{&rows.currentsRows, &rows.timeRows, &rows.untestedRows, &rows.contactRows})
+        collectOwners(*dynamic_cast<Gtk::Widget*>(presenter->getView()), owners);
     for (const char* key : {"ssgResultKey", "ssgResultSetting", "ssgResultMeasurment", "ssgResultMeasurmentRes",
                             "ssgResultDeviation", "ssgResultState", "ssgResultUnit", "ssgMeasure"}) {
         SCOPED_TRACE(key);
@@ -137,7 +180,7 @@ TEST(ResultRowsThemeTest, PicturesInBothLanguages)
         SCOPED_TRACE(language);
         ZemTreeTest::LanguageGuard guard(language);
         ResultColumn rows;
-        ASSERT_TRUE(pumpUntilIdle());
+        ASSERT_TRUE(settle(rows.window));
         ASSERT_TRUE(rows.window.get_mapped());
         const auto picture = takePicture(rows.window, language == 0 ? "result-rows-en" : "result-rows-ru");
         EXPECT_GE(countColours(picture, 16), 16) << "the picture is blank or nearly so";
