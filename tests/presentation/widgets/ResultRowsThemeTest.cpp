@@ -2,6 +2,7 @@
 #include "core/tree/Measures.h"
 #include "core/tree/RangeStructure.h"
 #include "core/tree/ToleranceReduced.h"
+#include "presentation/presenters/ResultMultiGraphUnitControlPresenter.h"
 #include "presentation/presenters/ResultMultiGraphUnitPresenter.h"
 #include "presentation/presenters/ResultMultiNumericUnitPresenter.h"
 #include "presentation/presenters/ResultMultiStringUnitPresenter.h"
@@ -66,8 +67,8 @@ struct ResultColumn {
           currentsRows(&currents), timeRows(&time), untestedRows(&untested), curveRows(&curve), contactRows(&contacts)
     {
         loadStudioTheme();
-        for (Zem::IPresenter* presenter :
-             std::vector<Zem::IPresenter*>{&currentsRows, &timeRows, &untestedRows, &curveRows, &contactRows})
+        for (Zem::IPresenter* presenter : std::vector<Zem::IPresenter*>{&currentsRows, &timeRows, &untestedRows,
+                                                                        &curveRows, &contactRows, &curveSwitches})
             column.pack_start(*dynamic_cast<Gtk::Widget*>(presenter->getView()), Gtk::PACK_SHRINK);
         column.set_border_width(6);
         window.add(column);
@@ -89,6 +90,7 @@ struct ResultColumn {
     ZemTree::ResultMultiNumericUnitPresenter untestedRows;
     ZemTree::ResultMultiGraphUnitPresenter curveRows;
     ZemTree::ResultMultiStringUnitPresenter contactRows;
+    ZemTree::ResultMultiGraphUnitControlPresenter curveSwitches{&curve};
     Gtk::Box column{Gtk::ORIENTATION_VERTICAL, 0};
     Gtk::Window window;
 };
@@ -144,7 +146,15 @@ TEST(ResultRowsThemeTest, EveryStyleClassHasARuleAndColumnsAlignAcrossUnits)
                                  "ResultMultiGraphUnitView",
                                  "InheritControl",
                                  "ResultMultiGraphStateView",
-                                 "ResultMultiGraphStateItemView"}) {
+                                 "ResultMultiGraphStateItemView",
+                                 "ResultMultiGraphUnitControlView",
+                                 "rightMarginM1",
+                                 "editable",
+                                 "ZemTreeControlNone",
+                                 "innerContentSmallMargin",
+                                 "GraphImage",
+                                 "TableImage",
+                                 "EyeImage"}) {
         EXPECT_EQ(used.count(expected), 1u) << expected << " was not found in the widget tree";
     }
     for (const std::string& name : used) {
