@@ -64,7 +64,7 @@ test-tsan: deps
 	@[ -f build-tsan/build.ninja ] || cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=Debug \
 	    -DZTR_SANITIZE=thread -DZTR_BUILD_BENCH=OFF
 	cmake --build build-tsan -j $(JOBS)
-	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
+	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$(CURDIR)/cmake/tsan.supp" \
 	    ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R 'Queue|Thread|AutoResetEvent|Evaluat|Device|Relay|Runner|UpdateView'
 
 # The sources as the pinned clang-format writes them (.clang-format); format-check changes nothing and fails on drift.

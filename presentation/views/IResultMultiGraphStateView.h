@@ -1,0 +1,16 @@
+#pragma once
+
+#include "presentation/frame/IPresenter.h"
+
+#include <vector>
+
+namespace ZemTree {
+
+// The verdicts of the curves of a graph result, one above the other.
+class IResultMultiGraphStateView : public virtual Zem::IView {
+public:
+    // Replaces all shown items with the views of `items`, in order.
+    virtual void setItems(const std::vector<Zem::IPresenter*>& items) = 0;
+};
+
+} // namespace ZemTree

@@ -1,0 +1,24 @@
+#include "presentation/views/ResultMultiStringView.h"
+
+#include "presentation/views/ResultCell.h"
+
+namespace ZemTree {
+
+ResultMultiStringView::ResultMultiStringView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL)
+{
+    setOverlappingSpacing(*this);
+    get_style_context()->add_class("ResultMultiString");
+}
+
+void ResultMultiStringView::setItems(const std::vector<Zem::IPresenter*>& items)
+{
+    for (Gtk::Widget* child : get_children())
+        remove(*child);
+    for (Zem::IPresenter* item : items) {
+        if (auto* const widget = dynamic_cast<Gtk::Widget*>(item->getView()))
+            add(*widget);
+    }
+    show_all();
+}
+
+} // namespace ZemTree
