@@ -29,6 +29,7 @@
 #include "presentation/presenters/IDataPresenter.h"
 #include "presentation/presenters/INodePresenterFactory.h"
 #include "presentation/presenters/NodeDescriptorPresenter.h"
+#include "presentation/presenters/ResultItemRows.h"
 #include "presentation/presenters/ResultMultiGraphStateItemPresenter.h"
 #include "presentation/presenters/ResultMultiGraphStatePresenter.h"
 #include "presentation/presenters/ResultMultiGraphUnitControlPresenter.h"

@@ -1,5 +1,6 @@
 #include "presentation/presenters/ResultMultiGraphStatePresenter.h"
 
+#include "presentation/presenters/ResultItemRows.h"
 #include "presentation/presenters/ResultMultiGraphStateItemPresenter.h"
 #include "presentation/views/ResultMultiGraphStateView.h"
 #include "results/graph/ResultMultiGraph.h"
@@ -8,30 +9,20 @@ namespace ZemTree {
 
 class ResultMultiGraphStatePresenter::Impl {
 public:
-    std::vector<std::unique_ptr<ResultMultiGraphStateItemPresenter>> items;
+    ResultItemRows<ResultMultiGraph, ResultGraph, ResultMultiGraphStateItemPresenter> rows;
 };
 
 ResultMultiGraphStatePresenter::ResultMultiGraphStatePresenter(const ResultMultiGraph* result)
     : _impl(std::make_unique<Impl>())
 {
-    if (!result || result->_items.empty()) {
-        _impl->items.push_back(
-            std::make_unique<ResultMultiGraphStateItemPresenter>(std::make_pair(std::string("-"), ResultGraph())));
-        return;
-    }
-    for (const auto& item : result->_items)
-        _impl->items.push_back(std::make_unique<ResultMultiGraphStateItemPresenter>(item));
+    _impl->rows.update(result);
 }
 
 ResultMultiGraphStatePresenter::~ResultMultiGraphStatePresenter() = default;
 
 std::vector<Zem::IPresenter*> ResultMultiGraphStatePresenter::getItems() const
 {
-    std::vector<Zem::IPresenter*> raw;
-    raw.reserve(_impl->items.size());
-    for (const auto& item : _impl->items)
-        raw.push_back(item.get());
-    return raw;
+    return _impl->rows.get();
 }
 
 std::unique_ptr<IResultMultiGraphStateView> ResultMultiGraphStatePresenter::_createDefaultView()

@@ -1,5 +1,6 @@
 #include "presentation/views/ResultCell.h"
 
+#include "presentation/frame/IPresenter.h"
 #include "presentation/frame/IView.h"
 #include "presentation/widgets/MakeManaged.h"
 #include "presentation/widgets/SharedSizeGroupOwner.h"
@@ -35,6 +36,17 @@ void showInFrame(Gtk::Frame& frame, Zem::IView* view)
 void setOverlappingSpacing(Gtk::Box& box)
 {
     box.set_spacing(-1);
+}
+
+void showItemRows(Gtk::Box& box, const std::vector<Zem::IPresenter*>& items)
+{
+    for (Gtk::Widget* child : box.get_children())
+        box.remove(*child);
+    for (Zem::IPresenter* item : items) {
+        if (auto* const widget = dynamic_cast<Gtk::Widget*>(item->getView()))
+            box.add(*widget);
+    }
+    box.show_all();
 }
 
 } // namespace ZemTree

@@ -3,6 +3,7 @@
 #include <gtkmm/frame.h>
 
 #include <string>
+#include <vector>
 
 namespace Gtk {
 class Box;
@@ -12,6 +13,10 @@ namespace Zem {
 class IView;
 class SharedSizeGroupOwner;
 } // namespace Zem
+
+namespace Zem {
+class IPresenter;
+}
 
 namespace ZemTree {
 
@@ -30,5 +35,8 @@ void showInFrame(Gtk::Frame& frame, Zem::IView* view);
 // A box whose neighbouring borders overlap by a pixel. A negative spacing is refused as a construct property,
 // so it is set afterwards.
 void setOverlappingSpacing(Gtk::Box& box);
+
+// Replaces the rows of `box` by the views of `items`, in their order.
+void showItemRows(Gtk::Box& box, const std::vector<Zem::IPresenter*>& items);
 
 } // namespace ZemTree

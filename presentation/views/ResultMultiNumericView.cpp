@@ -12,13 +12,7 @@ ResultMultiNumericView::ResultMultiNumericView() : Gtk::Box(Gtk::ORIENTATION_VER
 
 void ResultMultiNumericView::setItems(const std::vector<Zem::IPresenter*>& items)
 {
-    for (Gtk::Widget* child : get_children())
-        remove(*child);
-    for (Zem::IPresenter* item : items) {
-        if (auto* const widget = dynamic_cast<Gtk::Widget*>(item->getView()))
-            add(*widget);
-    }
-    show_all();
+    showItemRows(*this, items);
 }
 
 } // namespace ZemTree
